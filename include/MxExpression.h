@@ -1,0 +1,123 @@
+// The rule engine: verify a rule, translate it to SQL, keep it in step with its tables.
+//
+//   ORKBASE::MxExpression rules;
+//   rules.Connect(u"sqlite:shop.db", 0, u"", u"", u"", ORKBASE::kSqlServerDs, false, false, u"");
+//   std::u16string document, translated, where, having;
+//   if (rules.Verify(ORKBASE::kLogicDataType, u"Orders.Amount > 1", document))
+//     rules.GetSpec(document, ORKBASE::kSqlServerDs, translated, where, having, false);
+//   else
+//     report(rules.errDescription());
+//
+// All texts are UTF-16 and end at their first zero where they become part of a document.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "MxErrorState.h"
+#include "MxRuleEnums.h"
+#include "OrkExport.h"
+
+namespace ORKBASE {
+
+/// One rule engine with its dictionaries and its connection. One object serves one thread at a
+/// time; separate objects are independent. A copy shares the loaded dictionaries, the connection
+/// and the last translator with its source, and has modes and errors of its own.
+///
+/// Operations that can fail reset the error first and leave number and text behind; `Compose`,
+/// `AddIsNull`, `Connect` and the accessors leave it alone.
+class ORKRULE_EXPORT MxExpression : protected MxErrorState {
+ public:
+  MxExpression();
+  MxExpression(const MxExpression& other);
+  MxExpression& operator=(const MxExpression& other);
+  ~MxExpression();
+
+  std::int32_t errNumber() const noexcept { return ErrNumber(); }
+  std::u16string errDescription() const { return ErrDescription(); }
+
+  /// Stores how to reach the metadata database; nothing is opened before the first load. `proxy` is
+  /// empty, or five fields with "||~~||" between them: type (0 none), host, port and two texts.
+  void Connect(const std::u16string& server, std::int32_t port, const std::u16string& proxy,
+               const std::u16string& dbArgA, const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType,
+               bool flagA, bool flagB, const std::u16string& dbArgC);
+
+  /// Loads a report template and the data tables of its fields. Returns false in every case:
+  /// success is `errNumber() == 0`. The id is kept also when the load fails.
+  bool SetRt(const std::u16string& id);
+  /// Loads data tables (`T1,T2`), each once. Returns false in every case.
+  bool SetDts(const std::u16string& tables);
+  /// Takes the fields and enumerations of a CAD program (1, 2, 3, or another number) from an XML
+  /// document. Returns false in every case. Throws a `const char16_t*` for a field whose data type
+  /// is unknown; the fields before it are then loaded.
+  bool SetCAXDD(std::int32_t type, const std::u16string& document);
+
+  /// Verifies a rule against an expected type and stores its document. False leaves `document` as
+  /// it is. Types 2 and 8 accept a value of any type.
+  bool Verify(MXRULE_DATATYPE type, const std::u16string& expression, std::u16string& document);
+
+  /// Translates a document for the database of `Connect` (or for Oracle, when `dsType` is 3) and
+  /// composes it: into `a`, or, with `twoParts`, into `a` (what may stand in a plain filter) and
+  /// `b` (what depends on a grouped function). In two-part form `a` and `b` are to be empty at the
+  /// start. Throws `Mx_Exception` for what the database cannot express.
+  bool GetSpec(std::u16string document, ORKDB_DSType_ENUM dsType, std::u16string& translated,
+               std::u16string& a, std::u16string& b, bool twoParts);
+
+  /// The composing half of `GetSpec`, over a translated document. Always 0; a document that does
+  /// not parse gives empty texts.
+  std::int32_t Compose(const std::u16string& translated, std::u16string& out);
+  std::int32_t Compose(const std::u16string& translated, std::u16string& a, std::u16string& b);
+
+  /// Wraps an SQL text in "isnull(...)": type 1 with 0, types 2 and 8 with '' (key columns stay).
+  void AddIsNull(MXRULE_DATATYPE type, std::u16string& expr);
+
+  /// Cuts out of a rule all that depends on the given tables (`T1,T2`). An invalid rule stays as it
+  /// is, with the error of `Verify`. A rule of which nothing is left becomes empty.
+  void RemoveDt(std::u16string& expression, const std::u16string& tables, MXRULE_DATATYPE type);
+  /// True when a token `table.field` of the text names one of the tables, in any case. The text
+  /// need not be a valid rule.
+  bool IsDtsInExp(const std::u16string& tables, const std::u16string& expression);
+  /// Renames tables (`old:new,...`) and fields (`table.old:new,...`) in the loaded dictionaries.
+  /// Always 0.
+  std::int32_t ReplaceDtOrDfNames(const std::u16string& tableRenames,
+                                  const std::u16string& fieldRenames);
+  /// The rule text with the new names.
+  std::u16string ChangeExpWithNewDtDfNames(const std::u16string& tableRenames,
+                                           const std::u16string& fieldRenames,
+                                           const std::u16string& expression);
+
+  /// The vocabulary for a rule editor: XML, `root` with one `item` a word, sorted by word. Made at
+  /// construction, in the language of that moment.
+  std::u16string GetDict_funcs();
+  std::u16string GetDict_operators();
+  std::u16string GetDict_sysVar();
+
+  /// Name of the temporary table that a translated rule reads for words of this kind, as the last
+  /// translator writes it; before the first translation, as the default dialect does.
+  std::u16string GetSysTabName(MXRULE_SYMBOL_TYPE symbolType, const std::u16string& text);
+
+  /// 1: form fields are read from existing tables. Reaches the next translation.
+  void set_formDataIn(std::int32_t value);
+  std::int32_t get_formDataIn() const;
+  /// Whether operands are wrapped in the is-null form. Reaches the next translation.
+  void set_useIsNull(bool value);
+  bool get_useIsNull() const;
+  /// Id of the report template; becomes part of temporary table names.
+  void set_rtId(const std::u16string& value);
+  std::u16string get_rtId() const;
+  /// False: the word before a field of the current record may be written but is not looked up.
+  void set_thiscaseVarOn1RcId(bool value);
+  bool get_thiscaseVarOn1RcId() const;
+
+ private:
+  friend ORKRULE_EXPORT std::int32_t RefusedToken(const MxExpression& expression) noexcept;
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+/// Index of the token (of `MxLexicalAnalyzer::GenerateOriginalTokens`) that the last `Verify`
+/// refused, or -1 when it refused none or found the rule to end too early.
+ORKRULE_EXPORT std::int32_t RefusedToken(const MxExpression& expression) noexcept;
+
+}  // namespace ORKBASE

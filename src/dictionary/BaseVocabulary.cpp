@@ -1,0 +1,114 @@
+// Building the base vocabulary from its tables.
+#include "dictionary/BaseVocabulary.h"
+
+#include <map>
+#include <mutex>
+#include <span>
+#include <utility>
+
+#include "dictionary/VocabularyTables.h"
+#include "foundation/Format.h"
+#include "foundation/Text.h"
+#include "foundation/XmlDoc.h"
+#include "platform/MessageTexts.h"
+#include "platform/ThreadLanguage.h"
+
+namespace ORKBASE {
+namespace {
+
+std::u16string DisplayForm(const VocabularyRow& row) {
+  std::u16string text = LoadMessage(row.message);
+  return row.display == Display::kMessageAndDot ? Format(u"%s.", {text}) : text;
+}
+
+void AddWord(MxDictionary& dictionary, std::u16string_view primary, std::u16string outDesc,
+             const VocabularyRow& row) {
+  MxWord word;
+  word.primary = primary;
+  word.outDesc = std::move(outDesc);
+  word.symbol = row.symbol;
+  word.dataType = row.dataType;
+  word.postfixCheck = row.postfixCheck;
+  dictionary.AddEntry(word);
+}
+
+/// The words of a "|" list, each its own display form.
+void AddWords(MxDictionary& dictionary, const VocabularyRow& row) {
+  for (const std::u16string_view primary : SplitText(row.primary, u"|")) {
+    AddWord(dictionary, primary, std::u16string(primary), row);
+  }
+}
+
+void Fill(MxDictionary& dictionary, std::span<const VocabularyRow> rows) {
+  for (const VocabularyRow& row : rows) {
+    if (row.display == Display::kOwnText) {
+      AddWords(dictionary, row);
+    } else {
+      AddWord(dictionary, row.primary, DisplayForm(row), row);
+    }
+  }
+}
+
+void AddItem(MxXmlDoc& doc, MxXmlNode parent, const MxWord& word) {
+  MxXmlNode item = doc.NewNode(u"item");
+  item.SetAttr(u"primary", word.primary);
+  item.SetAttr(u"outdesc", word.outDesc);
+  item.SetAttr(u"datatype", word.dataType);
+  item.SetAttr(u"symbol", word.symbol);
+  parent.AddChild(item);
+}
+
+std::shared_ptr<const BaseVocabulary> MakeBaseVocabulary() {
+  auto vocabulary = std::make_shared<BaseVocabulary>();
+  vocabulary->words = std::make_shared<MxDictionary>();
+  vocabulary->words->name = u"base";
+  FillOperators(*vocabulary->words);
+  FillFunctions(*vocabulary->words);
+  FillOthers(*vocabulary->words);
+  BuildDictDocs(*vocabulary);
+  return vocabulary;
+}
+
+}  // namespace
+
+void FillOperators(MxDictionary& dictionary) {
+  Fill(dictionary, kOperatorRows);
+}
+void FillFunctions(MxDictionary& dictionary) {
+  Fill(dictionary, kFunctionRows);
+}
+void FillOthers(MxDictionary& dictionary) {
+  Fill(dictionary, kOtherRows);
+}
+
+void BuildDictDocs(BaseVocabulary& vocabulary) {
+  MxXmlDoc doc;
+  const MxXmlNode operators = doc.NewNode(u"root");
+  const MxXmlNode functions = doc.NewNode(u"root");
+  const MxXmlNode sysVars = doc.NewNode(u"root");
+  for (const MxWord* word : vocabulary.words->SortedWords()) {
+    if (word->symbol == kSysvarCaseSymbol) continue;  // in the language, but in no document
+    const bool isSysVar = word->symbol >= kSmsSymbol && word->symbol <= kSysvarUserSymbol;
+    AddItem(doc,
+            word->symbol == kFunctionSymbol ? functions
+            : isSysVar                      ? sysVars
+                                            : operators,
+            *word);
+  }
+  vocabulary.operatorsDoc = operators.ToText();
+  vocabulary.funcsDoc = functions.ToText();
+  vocabulary.sysVarDoc = sysVars.ToText();
+}
+
+std::shared_ptr<const BaseVocabulary> SharedBaseVocabulary() {
+  static std::mutex mutex;
+  static std::map<std::pair<std::uint16_t, std::uint16_t>, std::shared_ptr<const BaseVocabulary>>
+      made;
+  const std::pair language{ThreadLanguageId(), UserLanguageId()};
+  const std::lock_guard lock(mutex);
+  auto& vocabulary = made[language];
+  if (!vocabulary) vocabulary = MakeBaseVocabulary();
+  return vocabulary;
+}
+
+}  // namespace ORKBASE

@@ -1,0 +1,29 @@
+// The fixed vocabulary of the rule language, and the three documents that a rule editor shows.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "dictionary/MxDictionary.h"
+
+namespace ORKBASE {
+
+/// The vocabulary in one language: the same words in every language, display forms of that one.
+struct BaseVocabulary {
+  std::shared_ptr<MxDictionary> words;
+  std::u16string operatorsDoc;
+  std::u16string funcsDoc;
+  std::u16string sysVarDoc;
+};
+
+/// The vocabulary in the language of the calling thread, made once per language and then shared,
+/// unchanging, by every dictionary set.
+std::shared_ptr<const BaseVocabulary> SharedBaseVocabulary();
+
+void FillOperators(MxDictionary& dictionary);
+void FillFunctions(MxDictionary& dictionary);
+void FillOthers(MxDictionary& dictionary);
+/// Makes the three documents from the words.
+void BuildDictDocs(BaseVocabulary& vocabulary);
+
+}  // namespace ORKBASE

@@ -1,0 +1,64 @@
+// The facade: connecting and loading dictionaries.
+#include "MxExpression.h"
+
+#include "DataAccess.h"
+#include "expression/ExpressionState.h"
+#include "foundation/Text.h"
+
+namespace ORKBASE {
+namespace {
+
+constexpr std::u16string_view kProxySeparator = u"||~~||";
+constexpr std::size_t kProxyFields = 5;
+
+/// Type, host, port and two texts; missing fields read as empty, and type "0" is no proxy.
+ORKDB::MxProxyInfo ReadProxy(std::u16string_view proxy) {
+  ORKDB::MxProxyInfo info;
+  auto fields = SplitText(proxy, kProxySeparator);
+  if (fields.empty() || fields[0] == u"0") return info;
+  fields.resize(kProxyFields);
+  info.init(static_cast<ORKBASE_ProxyType_ENUM>(ReadInt(fields[0])), std::u16string(fields[1]),
+            ReadInt(fields[2]), std::u16string(fields[3]), std::u16string(fields[4]));
+  return info;
+}
+
+}  // namespace
+
+void MxExpression::Connect(const std::u16string& server, std::int32_t port,
+                           const std::u16string& proxy, const std::u16string& dbArgA,
+                           const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType, bool flagA,
+                           bool flagB, const std::u16string& dbArgC) {
+  state_->dsType = dsType;
+  state_->dictionaries.Connect(server, port, ReadProxy(proxy), dbArgA, dbArgB, dsType, flagA, flagB,
+                               dbArgC);
+}
+
+bool MxExpression::SetRt(const std::u16string& id) {
+  ResetError();
+  state_->rtId = id;
+  MxDictionarys& dictionaries = state_->dictionaries;
+  if (dictionaries.LoadReportTemplate(id) != 0) {
+    myRaiseError(dictionaries.ErrNumber(), dictionaries.ErrDescription());
+  }
+  return false;
+}
+
+bool MxExpression::SetDts(const std::u16string& tables) {
+  ResetError();
+  MxDictionarys& dictionaries = state_->dictionaries;
+  if (dictionaries.LoadDataTables(tables) != 0) {
+    myRaiseError(dictionaries.ErrNumber(), dictionaries.ErrDescription());
+  }
+  return false;
+}
+
+bool MxExpression::SetCAXDD(std::int32_t type, const std::u16string& document) {
+  ResetError();
+  MxDictionarys& dictionaries = state_->dictionaries;
+  if (dictionaries.LoadCax(type, document) != 0) {
+    myRaiseError(dictionaries.ErrNumber(), dictionaries.ErrDescription());
+  }
+  return false;
+}
+
+}  // namespace ORKBASE

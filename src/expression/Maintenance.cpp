@@ -1,0 +1,66 @@
+// The facade: keeping stored rules in step when tables and fields change.
+#include "MxExpression.h"
+
+#include "expression/Composer.h"
+#include "expression/ExpressionState.h"
+#include "expression/SubTreeRemoval.h"
+#include "foundation/TagReader.h"
+#include "foundation/Text.h"
+#include "lexer/Tokeniser.h"
+
+namespace ORKBASE {
+namespace {
+
+/// The table of a token of the form table.field, without its bracket; empty for any other token.
+std::u16string_view TableOfToken(std::u16string_view token) {
+  const auto pieces = SplitText(token, u".");
+  if (pieces.size() != 2) return {};
+  std::u16string_view table = pieces[0];
+  if (table.starts_with(u'[')) {
+    table.remove_prefix(1);
+    if (!table.empty()) table.remove_suffix(1);
+  }
+  return table;
+}
+
+}  // namespace
+
+bool MxExpression::IsDtsInExp(const std::u16string& tables, const std::u16string& expression) {
+  ResetError();
+  const std::u16string list = ToUpper(tables);
+  for (std::u16string_view rest = expression; !rest.empty();) {
+    const std::u16string_view token = FirstToken(rest);
+    rest.remove_prefix(token.size());
+    if (IsListItem(list, ToUpper(TableOfToken(token)))) return true;
+  }
+  return false;
+}
+
+void MxExpression::RemoveDt(std::u16string& expression, const std::u16string& tables,
+                            MXRULE_DATATYPE type) {
+  ResetError();
+  std::u16string document;
+  if (!Verify(type, expression, document)) return;
+  TagTree tree;
+  if (!ReadTagTree(document, tree)) return;
+  const Tag left = RemoveSubTree(tables, tree.Root());
+  expression = left ? ExpSpec1(left, WordsOf::kRule) : std::u16string{};
+}
+
+std::int32_t MxExpression::ReplaceDtOrDfNames(const std::u16string& tableRenames,
+                                              const std::u16string& fieldRenames) {
+  ResetError();
+  if (!tableRenames.empty()) state_->dictionaries.ReplaceDtNames(tableRenames);
+  if (!fieldRenames.empty()) state_->dictionaries.ReplaceDfNames(fieldRenames);
+  return 0;
+}
+
+std::u16string MxExpression::ChangeExpWithNewDtDfNames(const std::u16string& tableRenames,
+                                                       const std::u16string& fieldRenames,
+                                                       const std::u16string& expression) {
+  ResetError();
+  if (state_->dsType != kSqlServerDs) state_->quotes = {u"\"", u"\""};
+  return RenameInText(tableRenames, fieldRenames, state_->quotes, expression);
+}
+
+}  // namespace ORKBASE

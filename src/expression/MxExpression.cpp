@@ -1,0 +1,134 @@
+// The facade: construction, modes, verification and the vocabulary.
+#include "MxExpression.h"
+
+#include <utility>
+
+#include "OrkPlatform.h"
+#include "expression/ExpressionState.h"
+#include "expression/TranslatorChoice.h"
+#include "foundation/Format.h"
+#include "platform/MessageTexts.h"
+#include "translator/IsNullForm.h"
+
+namespace ORKBASE {
+
+MxExpression::State::State(const State& other)
+    : dictionaries(other.dictionaries), translator(other.translator) {
+  CopyModes(other);
+}
+
+MxExpression::State& MxExpression::State::operator=(const State& other) {
+  dictionaries = other.dictionaries;
+  translator = other.translator;
+  CopyModes(other);
+  return *this;
+}
+
+void MxExpression::State::CopyModes(const State& other) {
+  lexer.thiscaseVarOn1RcId = other.lexer.thiscaseVarOn1RcId;
+  quotes = other.quotes;
+  formDataIn = other.formDataIn;
+  useIsNull = other.useIsNull;
+  rtId = other.rtId;
+  dsType = other.dsType;
+  refusedToken = other.refusedToken;
+}
+
+void MxExpression::State::CreateTranslator(ORKDB_DSType_ENUM requested) {
+  translator = NewTranslator(requested, dsType);
+  translator->dictionaries = &dictionaries;
+  translator->formDataIn = formDataIn;
+  translator->useIsNull = useIsNull;
+  translator->rtId = rtId;
+  translator->InitCaxEnums();
+}
+
+MxExpression::MxExpression() : state_(std::make_unique<State>()) {}
+MxExpression::MxExpression(const MxExpression& other)
+    : MxErrorState(other), state_(std::make_unique<State>(*other.state_)) {}
+MxExpression& MxExpression::operator=(const MxExpression& other) {
+  MxErrorState::operator=(other);
+  if (this != &other) *state_ = *other.state_;
+  return *this;
+}
+MxExpression::~MxExpression() = default;
+
+bool MxExpression::Verify(MXRULE_DATATYPE type, const std::u16string& expression,
+                          std::u16string& document) {
+  ResetError();
+  State& state = *state_;
+  state.refusedToken = -1;
+  state.lexer.dictionarys = &state.dictionaries;
+  std::vector<WordView> words;
+  std::forward_list<std::u16string> composed;
+  state.lexer.ReadWords(expression, words, composed);
+  for (WordView& word : words) {
+    const std::u16string_view content = word.content;
+    const LexicalError error = state.lexer.VerifyToken(word);
+    if (!error.refused) continue;
+    state.refusedToken = word.token;
+    const std::u16string text = error.message != 0 ? LoadMessage(error.message) : u"";
+    myRaiseError(error.message != 0 ? -1 : 0, Format(text, {content}));
+    return false;
+  }
+  // A text may be made of a value of any type, so type 2, and 8 with it, is parsed as 5.
+  const bool isText = type == kStrDataType || type == kMemoDataType;
+  ParseError error;
+  if (state.parser.ParseExpr(isText ? kVarDataType : type, words, document, error)) return true;
+  state.refusedToken = error.token;
+  myRaiseError(-1, std::move(error.description));
+  return false;
+}
+
+std::int32_t RefusedToken(const MxExpression& expression) noexcept {
+  return expression.state_->refusedToken;
+}
+
+std::u16string MxExpression::GetDict_funcs() {
+  ResetError();
+  return state_->dictionaries.funcsDoc();
+}
+
+std::u16string MxExpression::GetDict_operators() {
+  ResetError();
+  return state_->dictionaries.operatorsDoc();
+}
+
+std::u16string MxExpression::GetDict_sysVar() {
+  ResetError();
+  return state_->dictionaries.sysVarDoc();
+}
+
+void MxExpression::AddIsNull(MXRULE_DATATYPE type, std::u16string& expr) {
+  WrapIsNull(type, expr, u"isnull");
+}
+
+void MxExpression::set_formDataIn(std::int32_t value) {
+  state_->formDataIn = value;
+}
+std::int32_t MxExpression::get_formDataIn() const {
+  return state_->formDataIn;
+}
+
+void MxExpression::set_useIsNull(bool value) {
+  state_->useIsNull = value;
+}
+bool MxExpression::get_useIsNull() const {
+  return state_->useIsNull;
+}
+
+void MxExpression::set_rtId(const std::u16string& value) {
+  state_->rtId = value;
+}
+std::u16string MxExpression::get_rtId() const {
+  return state_->rtId;
+}
+
+void MxExpression::set_thiscaseVarOn1RcId(bool value) {
+  state_->lexer.thiscaseVarOn1RcId = value;
+}
+bool MxExpression::get_thiscaseVarOn1RcId() const {
+  return state_->lexer.thiscaseVarOn1RcId;
+}
+
+}  // namespace ORKBASE

@@ -1,0 +1,61 @@
+// The facade: translating a document and composing SQL text.
+#include "MxExpression.h"
+#include "expression/Composer.h"
+#include "expression/ExpressionState.h"
+#include "foundation/TagReader.h"
+
+namespace ORKBASE {
+namespace {
+
+void ComposeTwo(Tag root, std::u16string& a, std::u16string& b) {
+  ExpSpec2(root, a, b);
+  for (std::u16string* side : {&a, &b}) {
+    if (!side->empty()) *side = std::u16string(1, u'(').append(*side).append(1, u')');
+  }
+}
+
+}  // namespace
+
+bool MxExpression::GetSpec(std::u16string document, ORKDB_DSType_ENUM dsType,
+                           std::u16string& translated, std::u16string& a, std::u16string& b,
+                           bool twoParts) {
+  ResetError();
+  State& state = *state_;
+  state.CreateTranslator(dsType);
+  if (state.translator->Translate(document, translated) != 0) {
+    // A second attempt at the same document would end the same way.
+    myRaiseError(state.translator->errorNo, state.translator->errorDesc);
+    return false;
+  }
+  const Tag root = state.translator->TranslatedRoot();
+  if (twoParts) {
+    ComposeTwo(root, a, b);
+  } else {
+    a = ExpSpec1(root, WordsOf::kSql);
+  }
+  return true;
+}
+
+std::int32_t MxExpression::Compose(const std::u16string& translated, std::u16string& out) {
+  TagTree tree;
+  ReadTagTree(translated, tree);
+  out = ExpSpec1(tree.Root(), WordsOf::kSql);
+  return 0;
+}
+
+std::int32_t MxExpression::Compose(const std::u16string& translated, std::u16string& a,
+                                   std::u16string& b) {
+  TagTree tree;
+  ReadTagTree(translated, tree);
+  ComposeTwo(tree.Root(), a, b);
+  return 0;
+}
+
+std::u16string MxExpression::GetSysTabName(MXRULE_SYMBOL_TYPE symbolType,
+                                           const std::u16string& text) {
+  ResetError();
+  if (!state_->translator) state_->CreateTranslator(kSqlServerDs);
+  return state_->translator->GetTempColumnName(symbolType, text);
+}
+
+}  // namespace ORKBASE

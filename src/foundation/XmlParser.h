@@ -1,0 +1,47 @@
+// How the engine calls libxml2's parser: silent, without entities, files or network, and without
+// touching what the host program has set in libxml2.
+#pragma once
+
+#include <memory>
+#include <string>
+
+struct _xmlDoc;
+struct _xmlParserCtxt;
+struct _xmlSAXHandler;
+
+namespace ORKBASE {
+
+struct XmlDocDeleter {
+  void operator()(_xmlDoc* doc) const noexcept;
+};
+using XmlDocPtr = std::unique_ptr<_xmlDoc, XmlDocDeleter>;
+
+struct XmlContextDeleter {
+  void operator()(_xmlParserCtxt* context) const noexcept;
+};
+using XmlContextPtr = std::unique_ptr<_xmlParserCtxt, XmlContextDeleter>;
+
+/// A parser context that says nothing. Entity declarations are not taken in, so that a reference to
+/// an entity makes a document fail. Null when memory is out.
+XmlContextPtr NewXmlContext();
+
+/// Runs the context over a whole UTF-8 text of any depth. True when it is well-formed.
+bool RunXmlParser(_xmlParserCtxt& context, const std::string& utf8);
+
+/// The tree of a UTF-8 text, null when it does not parse.
+XmlDocPtr ParseXml(const std::string& utf8);
+
+/// Puts libxml2's last error of this thread back as the host left it.
+class KeepLastXmlError {
+ public:
+  KeepLastXmlError();
+  KeepLastXmlError(const KeepLastXmlError&) = delete;
+  KeepLastXmlError& operator=(const KeepLastXmlError&) = delete;
+  ~KeepLastXmlError();
+
+ private:
+  struct Saved;
+  std::unique_ptr<Saved> saved_;
+};
+
+}  // namespace ORKBASE

@@ -1,0 +1,155 @@
+// Verifying words: postfixes, constants, and fields of tables that were not loaded yet.
+#include "lexer/Lexer.h"
+
+#include "dictionary/MxDictionarys.h"
+#include "foundation/MessageNumbers.h"
+#include "foundation/Text.h"
+#include "platform/LocaleDates.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+namespace ORKBASE {
+namespace {
+
+struct TypePostfix {
+  std::u16string_view postfix;
+  MXRULE_DATATYPE dataType;
+};
+
+// clang-format off
+constexpr TypePostfix kTypePostfixes[] = {
+    {u"[S]", kStrDataType},
+    {u"[N]", kNumDataType},
+    {u"[D]", kDateDataType},
+};
+
+/// Columns that every data table has and no dictionary lists.
+constexpr std::u16string_view kPseudoColumns[] = {u"LUMENTARCID", u"RCID", u"LUMENTARN"};
+// clang-format on
+
+LexicalError Refused(std::int32_t message) noexcept {
+  return {true, message};
+}
+
+void BecomeConstant(WordView& word, MXRULE_DATATYPE dataType) noexcept {
+  word.symbol = kConstantSymbol;
+  word.dataType = dataType;
+}
+
+bool IsHexDigitOrDot(char c) noexcept {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F') || c == '.';
+}
+
+/// Whether the C library's conversion to a double, in the "C" locale, takes the whole text: blanks
+/// in front count as part of it, and so do a sign, "inf", "nan" and hexadecimal forms.
+bool IsNumber(std::u16string_view text) {
+  std::string narrow;
+  narrow.reserve(text.size());
+  for (const char16_t unit : text) {
+    if (unit == u'\0' || unit >= 0x80) return false;
+    narrow += static_cast<char>(unit);
+  }
+  std::string_view rest = narrow;
+  rest.remove_prefix(std::min(rest.find_first_not_of(" \t\n\v\f\r"), rest.size()));
+  if (rest.starts_with('+') || rest.starts_with('-')) rest.remove_prefix(1);
+  if (rest.empty() || rest.front() == '-') return false;
+  const bool isHexadecimal =
+      rest.size() > 2 && rest[0] == '0' && (rest[1] | 0x20) == 'x' && IsHexDigitOrDot(rest[2]);
+  if (isHexadecimal) rest.remove_prefix(2);
+  double value = 0;
+  const char* const end = rest.data() + rest.size();
+  const auto result = std::from_chars(
+      rest.data(), end, value, isHexadecimal ? std::chars_format::hex : std::chars_format::general);
+  return result.ec != std::errc::invalid_argument && result.ptr == end;
+}
+
+bool IsDate(std::u16string_view primary) {
+  if (primary.size() < 3) return false;  // nothing between the quotes
+  return IsDateText(ReplaceAll(primary.substr(1, primary.size() - 2), u".", u"-"));
+}
+
+/// Looks for a quote without its twin. The search begins behind the second character and stops in
+/// front of the last, so a text that begins with a doubled quote is refused and one that ends in a
+/// single one inside is not: stored rules rely on both.
+bool HasUnpairedQuote(std::u16string_view primary) noexcept {
+  const std::size_t last = primary.size() - 1;
+  if (last < 3) return false;
+  for (std::size_t i = 2; i < last; ++i) {
+    if (primary[i] != u'\'') continue;
+    if (primary[i + 1] != u'\'') return true;
+    ++i;
+  }
+  return false;
+}
+
+}  // namespace
+
+LexicalError Lexer::VerifyToken(WordView& word) const {
+  LexicalError error;
+  if (word.symbol != kUnknownSymbol && word.postfixCheck == 1) error = VerifyDataTypePostfix(word);
+  if (error.refused) return error;
+  if (word.symbol != kUnknownSymbol && word.postfixCheck == 2) error = VerifyDataTablePostfix(word);
+  if (error.refused) return error;
+  if (word.symbol == kUnknownSymbol) error = VerifyConstant(word);
+  if (error.refused) return error;
+  if (word.symbol == kUnknownSymbol) VerifyDataField(word);
+  return word.symbol == kUnknownSymbol ? Refused(kMsgUnknownWord) : LexicalError{};
+}
+
+LexicalError Lexer::VerifyDataTypePostfix(WordView& word) const {
+  constexpr std::size_t kLength = 3;
+  if (word.primary.size() < kLength) return Refused(kMsgBadPostfix);
+  const std::u16string_view postfix = word.primary.substr(word.primary.size() - kLength);
+  for (const TypePostfix& row : kTypePostfixes) {
+    if (!EqualsIgnoringCase(postfix, row.postfix)) continue;
+    word.dataType = row.dataType;
+    return {};
+  }
+  return Refused(kMsgBadPostfix);
+}
+
+LexicalError Lexer::VerifyDataTablePostfix(const WordView& word) const {
+  const std::size_t bracket = word.primary.find(u'[');
+  if (bracket == word.primary.npos) return {};
+  std::u16string_view name = word.primary.substr(bracket + 1);
+  if (!name.empty()) name.remove_suffix(1);
+  if (!dictionarys) return Refused(0);
+  if (dictionarys->Find(std::u16string(u"dt:").append(name))) return {};
+  return dictionarys->LoadDataTable(name) == 0 ? LexicalError{} : Refused(0);
+}
+
+LexicalError Lexer::VerifyConstant(WordView& word) const {
+  const std::u16string_view primary = word.primary;
+  if (IsNumber(primary)) BecomeConstant(word, kNumDataType);
+  if (word.symbol != kUnknownSymbol || !primary.starts_with(u'\'')) return {};
+  if (primary.size() == 1) return Refused(kMsgUnpairedQuote);
+  if (!primary.ends_with(u'\'')) return Refused(kMsgUnclosedText);
+  if (IsDate(primary)) {
+    BecomeConstant(word, kDateDataType);
+    return {};
+  }
+  if (HasUnpairedQuote(primary)) return Refused(kMsgUnpairedQuote);
+  BecomeConstant(word, kStrDataType);
+  return {};
+}
+
+void Lexer::VerifyDataField(WordView& word) const {
+  const auto pieces = SplitText(word.outDesc, u".");
+  if (pieces.size() != 2 || !dictionarys) return;
+  if (dictionarys->LoadDataTable(pieces[0]) != 0) return;
+  const std::u16string field = ToUpper(pieces[1]);
+  for (const std::u16string_view column : kPseudoColumns) {
+    if (field != column) continue;
+    word.symbol = kDataFieldSymbol;
+    return;
+  }
+  if (const MxWord* found = Find(word.outDesc)) {
+    const std::int32_t token = word.token;
+    word = ViewOf(*found);
+    word.token = token;
+  }
+}
+
+}  // namespace ORKBASE

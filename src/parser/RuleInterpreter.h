@@ -1,0 +1,108 @@
+// Interpreting the grammar over the words of a rule: backtracking, from left to right, with the
+// first alternative that matches winning.
+//
+// Two things keep it linear without being seen. The result of a rule at a word position is
+// remembered for one parse: a second attempt would report the same failures, and each of them is
+// ignored the second time, because the furthest position can only have grown and the priority at it
+// can only have fallen. And the attempts live on a stack of their own, so that nesting costs no
+// stack of the thread.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "MxRuleEnums.h"
+#include "foundation/WordView.h"
+#include "parser/CompiledGrammar.h"
+#include "parser/ShapeTree.h"
+
+namespace ORKBASE {
+
+/// Why words are no expression.
+struct ParseError {
+  std::u16string description;
+  std::int32_t token = -1;  ///< of the refused word; -1 where the words ran out
+};
+
+/// Brackets, calls, minus signs and "not" that may be open at once.
+inline constexpr std::int32_t kDeepestNesting = 1000;
+
+/// Parses one list of words at a time; keeps its memory from one parse to the next.
+class RuleInterpreter {
+ public:
+  /// On success stores the document; on failure leaves it and fills `error`. The words need not
+  /// outlive the call.
+  bool ParseExpr(MXRULE_DATATYPE expected, std::span<const WordView> words,
+                 std::u16string& document, ParseError& error);
+
+ private:
+  /// One attempt at a rule.
+  struct Attempt {
+    const GrammarRule* rule;
+    std::int16_t ruleIndex;
+    std::uint16_t alternative;
+    std::uint16_t item;       // the next of the sequence at work: of the group, if one is open
+    std::int16_t groupItem;   // item of the alternative that is the open group, or -1
+    std::int32_t start;       // word position, and
+    std::uint32_t nodes;      // nodes gathered, when the rule was entered
+    std::int32_t groupStart;  // the same for this turn of the open group
+    std::uint32_t groupNodes;
+    std::int32_t opened;  // how many nestings this alternative holds open
+  };
+
+  /// The failure to report: the furthest, and among equals the most specific, the first of those.
+  struct Candidate {
+    std::int32_t message = 0;
+    std::int32_t priority = 0;
+    std::int32_t expected = 0;  // type, kind of word or literal, as the message asks
+  };
+
+  struct Remembered {
+    std::int16_t rule;
+    ShapeIndex shape;
+    std::int32_t end;  // -1: the rule fails here
+    std::int32_t next;
+  };
+
+  void Reset(std::span<const WordView> words);
+  bool Parse(std::int16_t startRule);
+  void Enter(std::int16_t rule);
+  void TryRule(std::int16_t rule);
+  bool CanStart(std::int16_t rule);
+  void EndOfSequence();
+  void Succeed();
+  void Fail();
+  bool FailInGroup(Attempt& attempt);
+  bool NextAlternative(Attempt& attempt);
+  void LeaveGroup(Attempt& attempt);
+  void Deliver(ShapeIndex shape);
+  bool TerminalCheck(const GrammarItem& item, const GrammarRule& rule);
+  bool Accepts(const GrammarItem& item, const GrammarRule& rule);
+  void PushErr(std::int32_t message, std::int32_t priority, std::int32_t expected);
+  bool Nest(const GrammarItem& item, Attempt& attempt);
+
+  ItemRange Items(const Attempt& attempt) const noexcept;
+  const Remembered* Recall(std::int16_t rule) const noexcept;
+  void Remember(std::int16_t rule, std::int32_t start, std::int32_t end, ShapeIndex shape);
+  void Report(ParseError& error) const;
+
+  const CompiledGrammar& grammar_ = CompiledGrammar::Instance();
+  std::span<const WordView> words_;
+  std::vector<std::int16_t> literals_;  // of each word
+  std::vector<RuleSet> started_;        // by each word
+  std::vector<Attempt> attempts_;
+  std::vector<ShapeIndex> nodes_;         // gathered by all open attempts, one behind the other
+  std::vector<std::int32_t> remembered_;  // by word position, the head of a list
+  std::vector<Remembered> memory_;
+  ShapeTree shapes_;
+  std::int32_t position_ = 0;
+  std::int32_t furthest_ = 0;
+  std::int32_t nesting_ = 0;
+  bool tooDeep_ = false;
+  bool hasCandidate_ = false;
+  Candidate candidate_;
+};
+
+}  // namespace ORKBASE

@@ -1,0 +1,23 @@
+// In which language a thread, and the user who started the program, wants to read messages.
+#pragma once
+
+#include "platform/MessageFile.h"
+
+#include <string_view>
+
+namespace ORKBASE {
+
+/// The wish of the calling thread: what `SetThreadLanguage` set, else its POSIX locale for
+/// messages. 0 for none and for a language without a number. Cheap enough to ask for every message.
+LanguageId ThreadLanguageId() noexcept;
+
+/// The language of the environment (LC_ALL, LC_MESSAGES, LANG), read once; 0 for none.
+LanguageId UserLanguageId() noexcept;
+
+/// Of a POSIX locale name such as "zh_CN.UTF-8"; 0 for "C", "POSIX" and what is unknown.
+LanguageId LanguageOfLocaleName(std::string_view name) noexcept;
+
+/// Of a BCP 47 tag such as u"zh-CN" or u"en"; 0 for what is unknown.
+LanguageId LanguageOfTag(std::u16string_view tag) noexcept;
+
+}  // namespace ORKBASE

@@ -1,0 +1,56 @@
+// `like`, whose pattern gets wild cards unless the rule wrote one, and the distinct count.
+#include "translator/MxSql92Translator.h"
+
+namespace ORKBASE {
+namespace {
+
+constexpr std::u16string_view kWildCard = u"%";
+
+/// Any "%" in a constant, or in the text of any part of an expression: also the modulo operator.
+bool HasWildCard(Tag pattern) {
+  const auto holdsOne = [](Tag tag) {
+    return tag.Get(Attr::kText).find(kWildCard) != std::u16string_view::npos;
+  };
+  if (pattern.GetInt(Attr::kSymbol) == kConstantSymbol) return holdsOne(pattern);
+  for (Tag tag = pattern; tag; tag = tag.NextInDocument(pattern)) {
+    if (holdsOne(tag)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+/// `a  like  ('%' + b + '%')`.
+Tag MxSql92Translator::TransLike(Tag node) {
+  const Tag field = node.FirstChild();
+  if (!field) return {};
+  const Tag pattern = field.Next();
+  Tag made = MakeWithHead(node, u" like ");
+  made.AddChild(field);
+  if (HasWildCard(pattern)) {
+    made.AddChild(pattern);
+    return made;
+  }
+  Tag outer = MakeInfix(fields_.concatOp, true);
+  Tag inner = MakeInfix(fields_.concatOp, false);
+  made.AddChild(outer);
+  outer.AddChild(MakeNode(kConstantSymbol, kStrDataType, u"'%'"));
+  outer.AddChild(inner);
+  inner.AddChild(pattern);
+  inner.AddChild(MakeNode(kConstantSymbol, kStrDataType, u"'%'"));
+  return made;
+}
+
+/// `count(distinct  x)`. It keeps its word, so that it is marked as an aggregate.
+Tag MxSql92Translator::TransCount1(Tag node) {
+  if (!node.FirstChild()) return {};
+  Tag made = MakeWithHead(node);
+  made.Set(Attr::kPrimary, node.Get(Attr::kPrimary));
+  made.Set(Attr::kText, u"count");
+  Tag distinct = MakeNode(kOpNotSymbol, kNoDataType, u"distinct ");
+  made.AddChild(distinct);
+  distinct.AddChild(node.FirstChild());
+  return made;
+}
+
+}  // namespace ORKBASE

@@ -1,0 +1,215 @@
+// The first pass: what a word becomes that the replacement map does not know. Fields turn into a
+// column of the business database, a column of a temporary table, or a placeholder.
+#include "dictionary/MxDictionarys.h"
+#include "foundation/Text.h"
+#include "translator/IsNullForm.h"
+#include "translator/MxSql92Translator.h"
+
+namespace ORKBASE {
+namespace {
+
+/// The record key columns: they need no dictionary and no quotes.
+constexpr std::u16string_view kKeyColumns[] = {u"LUMENTARCID", u"RCID"};
+
+enum class CaseText : std::uint8_t { kColumn, kDay };
+
+struct SysVarCaseRow {
+  std::u16string_view word;
+  CaseText form;
+  std::u16string_view column;
+};
+
+// clang-format off
+constexpr SysVarCaseRow kSysVarCaseRows[] = {
+    {u"sysVar.RepFillTime",     CaseText::kColumn, u".fillDate"},
+    {u"sysVar.RepRevLastTime",  CaseText::kColumn, u".lstfillDate"},
+    {u"sysVar.FillReportDate",  CaseText::kDay,    u".fillDate"},
+    {u"sysVar.LastUpdatedDate", CaseText::kDay,    u".lstfillDate"},
+    {u"sysVar.RepState",        CaseText::kColumn, u".state"},
+    {u"sysVar.RepLockState",    CaseText::kColumn, u".LockState"},
+};
+// clang-format on
+
+bool IsKeyColumn(std::u16string_view primary) {
+  const auto pieces = SplitText(primary, u".");
+  if (pieces.size() != 2) return false;
+  for (const std::u16string_view column : kKeyColumns) {
+    if (EqualsIgnoringCase(pieces[1], column)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void MxSql92Translator::TransNode(Tag node) {
+  const std::u16string_view primary = node.Get(Attr::kPrimary);
+  const LookupKey key(primary);
+  for (auto values = caxEnums_.rbegin(); values != caxEnums_.rend(); ++values) {
+    const auto value = (*values)->find(key);
+    if (value == (*values)->end()) continue;
+    node.Set(Attr::kTransType, static_cast<std::int32_t>(TransType::kPlain));
+    node.Set(Attr::kTargetDesc, value->second);
+    node.Set(Attr::kText, value->second);
+    return;
+  }
+  if (const TransEntry* entry = map_.Find(key)) {
+    node.Set(Attr::kTransType, static_cast<std::int32_t>(entry->transType));
+    node.Set(Attr::kTargetDesc, entry->target);
+    node.Set(Attr::kText, entry->transType == TransType::kPlain ? entry->target : primary);
+    return;
+  }
+  node.Set(Attr::kText, TransOperand(node, primary));
+}
+
+std::u16string MxSql92Translator::TransOperand(Tag node, std::u16string_view primary) {
+  std::u16string text;
+  switch (node.GetInt(Attr::kSymbol)) {
+    case kConstantSymbol:
+      return TransConstant(node, primary);
+    case kSmsSymbol:
+    case kInputSymbol: {
+      const auto pieces = SplitText(primary, u".");
+      return std::u16string(u"<").append(pieces.size() > 1 ? pieces[1] : u"").append(u">");
+    }
+    case kDataFieldSymbol:
+      text = TransDataField(node, primary);
+      break;
+    case kCAXFieldSymbol:
+      text = TransCAXField(node, primary);
+      break;
+    case kSysvarCaseSymbol:
+      text = TransSysVarCase(primary);
+      break;
+    case kFormFieldSymbol:
+      text = TransFormField(node, primary);
+      break;
+    default:
+      return std::u16string(primary);
+  }
+  if (useIsNull) AddIsNullForm(node, text);
+  return text;
+}
+
+std::u16string MxSql92Translator::TransConstant(Tag node, std::u16string_view text) const {
+  switch (node.GetInt(Attr::kDataType)) {
+    case kStrDataType:
+      return std::u16string(fields_.unicodePrefix).append(text);
+    case kDateDataType:
+      return TransDateConstant(text);
+  }
+  return std::u16string(text);
+}
+
+/// The word of a field, or one without names and numbers where the dictionaries do not know it.
+const MxWord& MxSql92Translator::FieldWord(std::u16string_view primary) const {
+  static const MxWord unknown;
+  const MxWord* word = dictionaries ? dictionaries->FindByPrimary(primary) : nullptr;
+  return word ? *word : unknown;
+}
+
+std::u16string MxSql92Translator::TransDataField(Tag node, std::u16string_view primary) {
+  if (IsKeyColumn(primary)) return ToLower(primary);
+  const MxWord& word = FieldWord(primary);
+  node.Set(Attr::kDtId, word.dtId);
+  node.Set(Attr::kFldId, word.fldId);
+  return QuoteName(word.dtName) + u"." + TransColumnName(word.fldRealName);
+}
+
+std::u16string MxSql92Translator::TransFormField(Tag node, std::u16string_view primary) {
+  const MxWord& word = FieldWord(primary);
+  node.Set(Attr::kRttId, word.rttId);
+  node.Set(Attr::kRttName, word.dtName);
+  node.Set(Attr::kRtfId, word.rtfId);
+  node.Set(Attr::kRtfName, word.fldName);
+  const bool fromTables = formDataIn == 1;
+  const std::u16string table = Decimal(word.rttId);
+  if (fromTables && word.created) {
+    node.Set(Attr::kCreated, 1);
+    return GetTempColumnName(kFormFieldSymbol, table) + u"." + word.fldRealName;
+  }
+  if (word.detailTable) {
+    node.Set(Attr::kSymbol, kReportFieldSymbol);
+    const std::u16string name = GetTempColumnName(kReportFieldSymbol, table);
+    node.Set(Attr::kTempTabName, name);
+    return name + u".F" + Decimal(word.rtfId);
+  }
+  if (fromTables) node.Set(Attr::kCreated, 0);
+  return u"<F" + Decimal(word.rtfId) + u">";
+}
+
+std::u16string MxSql92Translator::TransCAXField(Tag node, std::u16string_view primary) {
+  const MxWord& word = FieldWord(primary);
+  node.Set(Attr::kCaxTName, word.tabRealName);
+  node.Set(Attr::kCaxFName, word.fldRealName);
+  return GetTempColumnName(kCAXFieldSymbol, word.tabRealName) + u"." + word.fldRealName;
+}
+
+std::u16string MxSql92Translator::TransSysVarCase(std::u16string_view primary) const {
+  const std::u16string lower = ToLower(primary);
+  std::u16string_view word = lower;
+  std::u16string_view extra;
+  if (const std::size_t bracket = word.find(u'['); bracket != word.npos) {
+    extra = word.substr(bracket + 1);
+    if (!extra.empty()) extra.remove_suffix(1);
+    word = word.substr(0, bracket);
+  }
+  const std::u16string table = GetTempColumnName(kSysvarCaseSymbol, extra);
+  for (const SysVarCaseRow& row : kSysVarCaseRows) {
+    if (!EqualsIgnoringCase(word, row.word)) continue;
+    const std::u16string column = table + std::u16string(row.column);
+    // Through ten characters of text, which cuts the time of day.
+    return row.form == CaseText::kColumn
+               ? column
+               : u"cast(cast(" + column + u" as nvarchar(10)) as datetime)";
+  }
+  return table;
+}
+
+std::u16string MxSql92Translator::GetTempColumnName(std::int32_t symbol,
+                                                    std::u16string_view extra) const {
+  const std::u16string id = ReplaceAll(rtId, u".", u"_");
+  std::u16string name = u"t_";
+  switch (symbol) {
+    case kCAXFieldSymbol:
+      name = u"#t_CAX";
+      break;
+    case kSysvarCaseSymbol:
+      name += u"sysVar_Case";
+      break;
+    case kFormFieldSymbol:
+      name += id + u"_thisCaseVar";
+      break;
+    case kReportFieldSymbol:
+      name = (dbType() == kSqlServerDs ? u"#t_" : u"##t_") + id + u"_repvar";
+      break;
+    default:
+      break;
+  }
+  if (!extra.empty()) name.append(u"_").append(extra);
+  const bool quoted = dbType() == kKingbaseDs || dbType() == kOpenGaussDs;
+  return symbol == kReportFieldSymbol && quoted ? QuoteName(name) : name;
+}
+
+std::u16string MxSql92Translator::QuoteName(std::u16string_view name) const {
+  if (name.empty() || name.front() == u'[') return std::u16string(name);
+  return std::u16string(u"[").append(name).append(u"]");
+}
+
+std::u16string MxSql92Translator::TransColumnName(std::u16string_view name) const {
+  return std::u16string(name);
+}
+
+std::u16string MxSql92Translator::TransDateConstant(std::u16string_view text) const {
+  return std::u16string(text);
+}
+
+void MxSql92Translator::AddIsNullForm(Tag node, std::u16string& text) const {
+  if (const Tag parent = node.Parent()) {
+    if (parent.GetInt(Attr::kSymbol) == kOpIsNullSymbol) return;
+    // The vocabulary spells it "IsNull": only a document from elsewhere is meant here.
+    if (parent.Get(Attr::kPrimary) == u"isNull") return;
+  }
+  WrapIsNull(node.GetInt(Attr::kDataType), text, fields_.isNullName);
+}
+
+}  // namespace ORKBASE
