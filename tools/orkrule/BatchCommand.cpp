@@ -1,0 +1,59 @@
+// `orkrule batch`: one JSON object a line in, one a line out, in the same order.
+#include "BatchLine.h"
+#include "BatchOperations.h"
+#include "Commands.h"
+#include "LineReader.h"
+
+#include <unistd.h>
+
+#include <memory>
+
+namespace ORKTOOL {
+namespace {
+
+/// The answer to one line, without its line feed.
+std::string AnswerTo(BatchSession& session, const std::string& line) {
+  BatchLine request;
+  Json answer = Json::object();
+  try {
+    request.Read(line);
+    session.Run(request, answer);
+  } catch (const BadLine& bad) {
+    answer = {{"error", bad.what}};
+  }
+  // The id stands in the answer as the very text that came in.
+  const std::string fields = answer.dump();
+  if (request.Id().empty()) return fields;
+  return "{\"id\":" + request.Id() + (answer.empty() ? "" : ",") + fields.substr(1);
+}
+
+ExitStatus Run(bool flush) {
+  const bool flushEach = flush || isatty(STDOUT_FILENO) != 0;
+  BatchSession session;
+  LineReader input("-");
+  input.set_beforeWait(FlushOutput);
+  for (std::string line; input.Next(line);) {
+    if (line.find_first_not_of(" \t\r\v\f") == line.npos) continue;
+    Print(AnswerTo(session, line) + "\n");
+    if (flushEach) FlushOutput();
+  }
+  return kDone;
+}
+
+}  // namespace
+
+void AddBatchCommand(CLI::App& tool, ExitStatus& status) {
+  CLI::App* const command =
+      tool.add_subcommand("batch", "Run calls given as JSON Lines, and answer each with a line");
+  const auto flush = std::make_shared<bool>(false);
+  command->add_flag("--flush", *flush, "Hand over each answer at once");
+  AddLanguageOption(*command);
+  command->footer(
+      "Example:\n"
+      "  printf '%s\\n' '{\"op\":\"Connect\",\"server\":\"sqlite:examples/shop.db\"}' \\\n"
+      "    '{\"op\":\"Translate\",\"id\":1,\"type\":4,\"expression\":\"T.a > 1\"}' | orkrule "
+      "batch");
+  command->callback([flush, &status] { status = Run(*flush); });
+}
+
+}  // namespace ORKTOOL

@@ -1,0 +1,18 @@
+// The commands of the tool. Each adds itself to the command line; its run stores the exit status.
+#pragma once
+
+#include "Options.h"
+#include "Output.h"
+
+namespace ORKTOOL {
+
+void AddSqlCommand(CLI::App& tool, ExitStatus& status);
+void AddVerifyCommand(CLI::App& tool, ExitStatus& status);
+void AddVocabularyCommand(CLI::App& tool, ExitStatus& status);
+void AddMessagesCommand(CLI::App& tool, ExitStatus& status);
+void AddUsesCommand(CLI::App& tool, ExitStatus& status);
+void AddStripCommand(CLI::App& tool, ExitStatus& status);
+void AddRenameCommand(CLI::App& tool, ExitStatus& status);
+void AddBatchCommand(CLI::App& tool, ExitStatus& status);
+
+}  // namespace ORKTOOL

@@ -1,0 +1,60 @@
+// orkrule: the rule engine on the command line.
+#include "Commands.h"
+
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <sstream>
+
+namespace {
+
+using namespace ORKTOOL;
+
+/// Messages, dates and their language follow the user's locale; numbers are written in one way.
+void TakeLocale() {
+  std::setlocale(LC_ALL, "");
+  std::setlocale(LC_NUMERIC, "C");
+}
+
+int Run(int argc, char** argv) {
+  ExitStatus status = kDone;
+  CLI::App tool("Rules of forms: verify them, translate them to SQL, keep them in step.",
+                "orkrule");
+  tool.require_subcommand(1);
+  tool.footer("Example:\n  orkrule sql --db examples/shop.db --type logic \"Orders.Amount > 1\"");
+  AddSqlCommand(tool, status);
+  AddVerifyCommand(tool, status);
+  AddVocabularyCommand(tool, status);
+  AddMessagesCommand(tool, status);
+  AddUsesCommand(tool, status);
+  AddStripCommand(tool, status);
+  AddRenameCommand(tool, status);
+  AddBatchCommand(tool, status);
+  try {
+    tool.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    std::ostringstream help;
+    if (tool.exit(error, help, std::cerr) != 0) status = kBadUsage;
+    Print(help.str());
+  }
+  FlushOutput();
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  TakeLocale();
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    return Run(argc, argv);
+  } catch (const Failure& failure) {
+    std::fprintf(stderr, "orkrule: %s\n", failure.message.c_str());
+    return failure.status;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "orkrule: %s\n", error.what());
+    return kInputOutput;
+  }
+}

@@ -1,0 +1,133 @@
+#include "Options.h"
+
+#include "Output.h"
+#include "Text.h"
+
+#include "OrkPlatform.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+
+namespace ORKTOOL {
+namespace {
+
+std::optional<std::int32_t> WholeNumber(std::string_view text) {
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+std::string CheckType(std::string& text) {
+  return TypeOf(text) ? "" : "'" + text + "' is neither the name nor the number of a type";
+}
+
+std::string CheckCax(std::string& text) {
+  const std::size_t sign = text.find('=');
+  const bool good = sign != text.npos && WholeNumber(text.substr(0, sign));
+  return good ? "" : "'" + text + "' is not of the form TYPE=FILE with a number as TYPE";
+}
+
+}  // namespace
+
+void AddEngineOptions(CLI::App& command, EngineOptions& options) {
+  constexpr const char* kWhere = "Metadata database";
+  constexpr const char* kWords = "Words of rules";
+  constexpr const char* kModes = "Modes";
+  command.add_option("--db", options.database, "Path of an SQLite file, or a server text")
+      ->group(kWhere);
+  command.add_option("--user", options.user, "User of the database")->group(kWhere);
+  command.add_option("--database", options.databaseName, "Name of the database on its server")
+      ->group(kWhere);
+  command.add_option("--port", options.port, "Port of the server")->group(kWhere);
+  command
+      .add_flag("--ask-password", options.askPassword,
+                "Ask for the password instead of reading ORKRULE_PASSWORD")
+      ->group(kWhere);
+  command.add_option("--rt", options.reportTemplate, "Report template to load")->group(kWords);
+  command.add_option("--cax", options.cax, "CAD document to load: TYPE=FILE")
+      ->check(CLI::Validator(CheckCax, ""))
+      ->allow_extra_args(false)
+      ->group(kWords);
+  command.add_option("--form-data-in", options.formDataIn, "1: form fields are read from tables")
+      ->group(kModes);
+  command.add_flag("--no-is-null", options.noIsNull, "Write operands without the is-null form")
+      ->group(kModes);
+  command.add_option("--rt-id", options.rtId, "Report-template id in names of temporary tables")
+      ->group(kModes);
+}
+
+void AddTablesOption(CLI::App& command, EngineOptions& options) {
+  command.add_option("--tables", options.tables, "Data tables to load first: A,B")
+      ->group("Words of rules");
+}
+
+void AddRuleOptions(CLI::App& command, RuleOptions& options) {
+  CLI::Option* const rule = command.add_option(
+      "RULE", options.rule, "The rule; put -- before one that begins with a minus sign");
+  CLI::Option* const file =
+      command.add_option("--file", options.file,
+                         "Read rules from a file, one a line; - is standard input, as is none");
+  rule->excludes(file);
+  command
+      .add_flag("--jsonl", options.jsonLines,
+                "Lines are JSON: a text, or an object with \"expression\" and perhaps \"type\"")
+      ->excludes(rule);
+  command.add_flag("--json", options.json, "Write one JSON object a rule");
+}
+
+void AddTypeOption(CLI::App& command, RuleOptions& options) {
+  command
+      .add_option("--type", options.type,
+                  "Type of the rule: number, text, date, logic, any (value), picture, link, or its "
+                  "number; auto is a value of any type or a condition")
+      ->check(CLI::Validator(CheckType, ""))
+      ->capture_default_str();
+}
+
+void AddLanguageOption(CLI::App& command) {
+  command.add_option_function<std::string>(
+      "--language", [](const std::string& tag) { ORKBASE::SetThreadLanguage(Wide(tag)); },
+      "Language of words and messages, such as zh-CN");
+}
+
+void AddDialectOption(CLI::App& command, std::string& name, bool all) {
+  std::vector<std::string> names;
+  std::string help = "Database to write for:";
+  for (const NamedDialect& dialect : kDialects) names.emplace_back(dialect.name);
+  if (all) names.emplace_back("all");
+  for (const std::string& one : names) help += " " + one;
+  const auto check = [names](std::string& text) {
+    const bool known = std::find(names.begin(), names.end(), text) != names.end();
+    return known ? std::string() : "'" + text + "' is not the name of a dialect";
+  };
+  command.add_option("--dialect", name, help)
+      ->check(CLI::Validator(check, ""))
+      ->capture_default_str();
+}
+
+std::optional<ORKBASE::MXRULE_DATATYPE> TypeOf(const std::string& text) {
+  for (const NamedType& named : kTypes) {
+    if (text == named.name) return named.type;
+  }
+  const std::optional<std::int32_t> number = WholeNumber(text);
+  if (!number) return std::nullopt;
+  return static_cast<ORKBASE::MXRULE_DATATYPE>(*number);
+}
+
+std::vector<NamedDialect> DialectsOf(const std::string& name) {
+  std::vector<NamedDialect> dialects;
+  for (const NamedDialect& dialect : kDialects) {
+    if (name == "all" || name == dialect.name) dialects.push_back(dialect);
+  }
+  return dialects;
+}
+
+std::u16string Wide(const std::string& argument) {
+  std::optional<std::u16string> text = FromUtf8(argument);
+  if (!text) throw Failure{kBadUsage, "an argument is not UTF-8 text: " + argument};
+  return *std::move(text);
+}
+
+}  // namespace ORKTOOL

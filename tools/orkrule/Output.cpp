@@ -1,0 +1,33 @@
+#include "Output.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace ORKTOOL {
+namespace {
+
+[[noreturn]] void FailToWrite() {
+  throw Failure{kInputOutput, std::string("cannot write the output: ") + std::strerror(errno)};
+}
+
+}  // namespace
+
+void Print(std::string_view text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) FailToWrite();
+}
+
+void PrintJson(const Json& value) {
+  Print(value.dump() + "\n");
+}
+
+void FlushOutput() {
+  if (std::fflush(stdout) != 0) FailToWrite();
+}
+
+void PrintError(std::string_view text) {
+  FlushOutput();
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+}  // namespace ORKTOOL

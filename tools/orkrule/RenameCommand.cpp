@@ -1,0 +1,127 @@
+// `orkrule rename`: new names of tables and fields, carried into rules. With --check the renamed
+// rules are verified too: all rules are read and verified once under their old names, which loads
+// their tables, then the loaded dictionaries take the new names. A database that has the new names
+// already is found by the second verification.
+#include "Commands.h"
+#include "Engine.h"
+#include "Report.h"
+#include "RuleInput.h"
+#include "Text.h"
+
+#include <memory>
+
+namespace ORKTOOL {
+namespace {
+
+struct RenameOptions {
+  EngineOptions engine;
+  RuleOptions rules;
+  std::string dialect = "default";
+  std::string tables;
+  std::string fields;
+  bool check = false;
+};
+
+/// Each item of `a:b,c:d` has an old and a new name; for fields the old one has a table.
+void CheckList(const std::u16string& list, bool fields) {
+  std::size_t begin = 0;
+  while (begin < list.size()) {
+    const std::size_t end = std::min(list.find(u',', begin), list.size());
+    const std::u16string_view item = std::u16string_view(list).substr(begin, end - begin);
+    const std::u16string_view old = item.substr(0, item.find(u':'));
+    if (item.find(u':') == item.npos || (fields && old.find(u'.') == old.npos)) {
+      throw Failure{kBadUsage, "'" + ToUtf8(item) + "' is not of the form " +
+                                   (fields ? "TABLE.OLD:NEW" : "OLD:NEW")};
+    }
+    begin = end + 1;
+  }
+}
+
+class RenameRun {
+ public:
+  explicit RenameRun(const RenameOptions& options)
+      : options_(options),
+        tables_(Wide(options.tables)),
+        fields_(Wide(options.fields)),
+        engine_(EngineSetup(options.engine), DialectsOf(options.dialect).front()) {
+    CheckList(tables_, false);
+    CheckList(fields_, true);
+  }
+
+  ExitStatus All() {
+    RuleInput input(options_.rules);
+    if (options_.check) return CheckedAll(input);
+    while (const std::optional<Rule> rule = input.Next()) Show(*rule, Renamed(*rule), std::nullopt);
+    return kDone;
+  }
+
+ private:
+  std::u16string Renamed(const Rule& rule) {
+    return engine_.Translating().ChangeExpWithNewDtDfNames(tables_, fields_, rule.text);
+  }
+
+  ExitStatus CheckedAll(RuleInput& input) {
+    std::vector<Rule> rules;
+    std::u16string document;
+    ORKBASE::MxExpression& engine = engine_.Rules();
+    while (std::optional<Rule> rule = input.Next()) {
+      VerifyRule(engine, rule->type, rule->text, document);
+      rules.push_back(*std::move(rule));
+    }
+    engine.ReplaceDtOrDfNames(tables_, fields_);
+    ExitStatus status = kDone;
+    for (const Rule& rule : rules) {
+      const Rule renamed{Renamed(rule), rule.place, rule.type};
+      std::optional<Refusal> refusal;
+      if (!VerifyRule(engine, renamed.type, renamed.text, document)) {
+        refusal = RefusalOf(engine, renamed.text);
+        status = kRefused;
+      }
+      Show(rule, renamed.text, refusal);
+    }
+    return status;
+  }
+
+  void Show(const Rule& rule, const std::u16string& renamed,
+            const std::optional<Refusal>& refusal) const {
+    if (options_.rules.json) {
+      Json json = {{"rule", ToUtf8(rule.text)}, {"renamed", ToUtf8(renamed)}};
+      if (refusal) json["error"] = RefusalJson(renamed, *refusal);
+      PrintJson(json);
+      return;
+    }
+    if (!refusal)
+      Print(ToUtf8(renamed) + "\n");
+    else
+      ReportRefusal({renamed, rule.place, rule.type}, *refusal);
+  }
+
+  const RenameOptions& options_;
+  std::u16string tables_;
+  std::u16string fields_;
+  Engine engine_;
+};
+
+}  // namespace
+
+void AddRenameCommand(CLI::App& tool, ExitStatus& status) {
+  CLI::App* const command =
+      tool.add_subcommand("rename", "Carry new names of tables and fields into rules");
+  const auto options = std::make_shared<RenameOptions>();
+  AddRuleOptions(*command, options->rules);
+  AddTypeOption(*command, options->rules);
+  command->add_option("--tables", options->tables, "Renamed tables: OLD:NEW,OLD:NEW");
+  command->add_option("--fields", options->fields,
+                      "Renamed fields: TABLE.OLD:NEW, under the new name of the table");
+  command->add_flag("--check", options->check, "Verify the renamed rules");
+  AddDialectOption(*command, options->dialect, false);
+  AddLanguageOption(*command);
+  AddEngineOptions(*command, options->engine);
+  command->footer(
+      "Example:\n  orkrule rename --db examples/shop.db --check --type logic --tables Orders:Sales "
+      "\\\n"
+      "    --fields Sales.Qty:Pieces \"Orders.Amount > Orders.Qty\"");
+  command->callback([options, &status] { status = RenameRun(*options).All(); });
+}
+
+}  // namespace ORKTOOL

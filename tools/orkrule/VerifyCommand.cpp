@@ -1,0 +1,70 @@
+// `orkrule verify`: are these rules valid?
+#include "Commands.h"
+#include "Engine.h"
+#include "Report.h"
+#include "RuleInput.h"
+#include "Text.h"
+
+#include <memory>
+
+namespace ORKTOOL {
+namespace {
+
+struct VerifyOptions {
+  EngineOptions engine;
+  RuleOptions rules;
+  bool document = false;
+};
+
+void Show(const VerifyOptions& options, const Rule& rule, const std::u16string& document,
+          const std::optional<Refusal>& refusal) {
+  if (options.rules.json) {
+    Json json = {{"rule", ToUtf8(rule.text)}, {"valid", !refusal}};
+    if (refusal)
+      json["error"] = RefusalJson(rule.text, *refusal);
+    else if (options.document)
+      json["document"] = ToUtf8(document);
+    PrintJson(json);
+    return;
+  }
+  if (!refusal) {
+    Print(options.document ? ToUtf8(document) + "\n" : "valid\n");
+    return;
+  }
+  if (!options.document) Print("refused\n");
+  ReportRefusal(rule, *refusal);
+}
+
+ExitStatus Run(const VerifyOptions& options) {
+  Engine engine(EngineSetup(options.engine), kDialects[0]);
+  RuleInput input(options.rules);
+  ExitStatus status = kDone;
+  while (const std::optional<Rule> rule = input.Next()) {
+    std::u16string document;
+    std::optional<Refusal> refusal;
+    if (!VerifyRule(engine.Rules(), rule->type, rule->text, document)) {
+      refusal = RefusalOf(engine.Rules(), rule->text);
+      status = kRefused;
+    }
+    Show(options, *rule, document, refusal);
+  }
+  return status;
+}
+
+}  // namespace
+
+void AddVerifyCommand(CLI::App& tool, ExitStatus& status) {
+  CLI::App* const command = tool.add_subcommand("verify", "Verify rules");
+  const auto options = std::make_shared<VerifyOptions>();
+  AddRuleOptions(*command, options->rules);
+  AddTypeOption(*command, options->rules);
+  command->add_flag("--document", options->document, "Give the document of each valid rule");
+  AddLanguageOption(*command);
+  AddTablesOption(*command, options->engine);
+  AddEngineOptions(*command, options->engine);
+  command->footer(
+      "Example:\n  orkrule verify --db examples/shop.db --type logic \"Orders.Amount > 1\"");
+  command->callback([options, &status] { status = Run(*options); });
+}
+
+}  // namespace ORKTOOL
