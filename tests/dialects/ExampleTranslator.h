@@ -1,0 +1,33 @@
+// SQL for an example database: the default dialect without the prefix of text constants, with "||"
+// for "&", and with other names for three functions.
+#pragma once
+
+#include "translator/MxSql92Translator.h"
+
+namespace ORKBASE {
+
+class ExampleTranslator : public MxSql92Translator {
+ public:
+  ExampleTranslator() : MxSql92Translator(kFields, Map()) {}
+
+  static const ReplacementMap& Map() {
+    static const ReplacementMap map = MakeMap(MxSql92Translator::Map(), kFields, InitFunctions);
+    return map;
+  }
+  static void InitFunctions(ReplacementMap& map) { map.AddRows(kRows); }
+
+ private:
+  static constexpr DialectFields kFields = {
+      kSqlServerDs, u"", u"isnull", u"||",
+      u"112|120|110|105|111|101|103|12|20|10|5|11|1|3|108|114"};
+
+  // clang-format off
+  static constexpr ReplacementRow kRows[] = {
+      {u"length",    u"char_length"},
+      {u"CHARINDEX", u"position"},
+      {u"RAND",      u"random"},
+  };
+  // clang-format on
+};
+
+}  // namespace ORKBASE

@@ -1,0 +1,48 @@
+// Runs the golden files: one test for each file of tests/golden.
+#include "GoldenFile.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+std::string Shown(const GoldenResult& result, bool twoParts) {
+  if (!result.failure.empty()) return result.failure;
+  return twoParts ? "A |" + result.a + "|   B |" + result.b + "|" : "|" + result.a + "|";
+}
+
+class Golden : public testing::TestWithParam<std::string> {};
+
+TEST_P(Golden, Blocks) {
+  std::set<std::string> titles;
+  for (const GoldenBlock& block : ReadGoldenFile(GetParam())) {
+    SCOPED_TRACE(block.file + ":" + std::to_string(block.line) + ": " + block.title);
+    EXPECT_TRUE(titles.insert(block.title).second) << "a title that stands twice";
+    for (const GoldenDatabase& database : kGoldenDatabases) {
+      const GoldenResult& expected = block.expected.at(database.name);
+      const GoldenResult came = RunGoldenBlock(block, database.dsType);
+      const bool twoParts = block.Has("twoParts");
+      if (came == expected) continue;
+      ADD_FAILURE_AT(block.file.c_str(), block.line)
+          << block.title << "\n  rule     " << block.rule << "\n  database " << database.name
+          << "\n  expected " << Shown(expected, twoParts) << "\n  came     "
+          << Shown(came, twoParts);
+    }
+  }
+}
+
+std::string NameOf(const testing::TestParamInfo<std::string>& info) {
+  const std::size_t start = info.param.rfind('/') + 1;
+  return info.param.substr(start, info.param.rfind('.') - start);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Golden, testing::ValuesIn(GoldenFiles()), NameOf);
+
+TEST(GoldenFiles, HoldEnoughBlocks) {
+  std::size_t count = 0;
+  for (const std::string& file : GoldenFiles()) count += ReadGoldenFile(file).size();
+  EXPECT_GE(count, 250u);
+}
+
+}  // namespace

@@ -1,0 +1,87 @@
+// Exit statuses: 0 done, 1 a refused rule, 2 bad usage, 3 input or output that failed.
+#include "ToolRun.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace {
+
+const std::string kDb = ORKRULE_SAMPLE_DB;
+
+TEST(ExitStatus, TellsWhatHappened) {
+  struct Row {
+    int status;
+    std::vector<std::string> arguments;
+  };
+  const Row rows[] = {
+      // clang-format off
+      {0, {"sql", "1"}},
+      {0, {"--help"}},
+      {0, {"batch"}},
+      {0, {"verify"}},
+      {1, {"sql", "foo"}},
+      {1, {"sql", "--type", "99", "1"}},
+      {1, {"verify", "--type", "date", "1"}},
+      {1, {"sql", "--db", kDb, "Nowhere.x"}},
+      {2, {}},
+      {2, {"nonsense"}},
+      {2, {"sql", "--nonsense", "1"}},
+      {2, {"sql", "1", "2"}},
+      {2, {"sql", "--type", "nonsense", "1"}},
+      {2, {"sql", "--type", "1.5", "1"}},
+      {2, {"sql", "--type", "99999999999", "1"}},
+      {2, {"sql", "--dialect", "nonsense", "1"}},
+      {2, {"rename", "--dialect", "all", "1"}},
+      {2, {"sql", "--file", "x", "1"}},
+      {2, {"sql", "--cax", "x=y", "1"}},
+      {2, {"sql", "--port", "x", "1"}},
+      {2, {"sql", "\xFF"}},
+      {2, {"uses", "T.a"}},
+      {2, {"strip", "T.a"}},
+      {2, {"vocabulary"}},
+      {2, {"vocabulary", "nonsense"}},
+      {2, {"batch", "--nonsense"}},
+      {2, {"batch", "nonsense"}},
+      {3, {"sql", "--file", "/nowhere/rules.txt"}},
+      {3, {"sql", "--file", "/"}},
+      {3, {"sql", "--db", "/nowhere/shop.db", "1"}},
+      {3, {"sql", "--db", "nowhere.db", "1"}},
+      {3, {"sql", "--db", "sqlite:/nowhere/shop.db", "T.a"}},
+      {3, {"sql", "--cax", "1=/nowhere/cax.xml", "1"}},
+      {3, {"sql", "--db", kDb, "--tables", "Nowhere", "1"}},
+      // clang-format on
+  };
+  for (const Row& row : rows) {
+    const ToolResult result = RunTool(row.arguments);
+    EXPECT_EQ(result.status, row.status) << testing::PrintToString(row.arguments) << result.err;
+    EXPECT_EQ(result.err.empty(), row.status == 0) << testing::PrintToString(row.arguments);
+  }
+}
+
+TEST(ExitStatus, TellsOfInputThatIsNoText) {
+  EXPECT_EQ(RunTool({"sql"}, "1\n\xFF\n").status, 3);
+  EXPECT_EQ(RunTool({"sql", "--jsonl"}, "1\n").status, 3);
+  EXPECT_EQ(RunTool({"sql", "--jsonl"}, "{\"expression\":1}\n").status, 3);
+  EXPECT_EQ(RunTool({"sql", "--jsonl"}, "{\"expression\":\"1\",\"type\":\"x\"}\n").status, 3);
+}
+
+TEST(ExitStatus, TellsOfOutputThatFails) {
+  const int null = open("/dev/null", O_RDWR);
+  const int full = open("/dev/full", O_WRONLY);
+  ASSERT_GE(full, 0);
+  EXPECT_EQ(WaitForTool(StartTool({"messages"}, null, full, null)), 3);
+  EXPECT_EQ(WaitForTool(StartTool({"sql", "1"}, null, full, null)), 3);
+  EXPECT_EQ(WaitForTool(StartTool({"--help"}, null, full, null)), 3);
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  close(ends[0]);
+  EXPECT_EQ(WaitForTool(StartTool({"messages"}, null, ends[1], null)), 3);
+  EXPECT_EQ(WaitForTool(StartTool({"sql"}, -1, null, null)), 3);
+  for (const int file : {null, full, ends[1]}) close(file);
+}
+
+}  // namespace

@@ -1,0 +1,79 @@
+// Refused rules on standard error: message, rule, and the caret under the refused word.
+#include "ToolRun.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+namespace {
+
+/// Everything behind the first line, which is the message.
+std::string MarkedPart(const std::string& err) {
+  const std::size_t end = err.find('\n');
+  return end == err.npos ? "" : err.substr(end + 1);
+}
+
+TEST(Report, PutsTheCaretUnderTheRefusedWord) {
+  struct Row {
+    const char* rule;
+    const char* marked;
+  };
+  const Row rows[] = {
+      {"foo", "  foo\n  ^\n"},
+      {"1 + foo", "  1 + foo\n      ^\n"},
+      {"1  +  foo + 2", "  1  +  foo + 2\n        ^\n"},
+      // a Chinese character takes two columns
+      {"'中文' & foo", "  '中文' & foo\n           ^\n"},
+      {"'a，b' & 中 & 1", "  'a，b' & 中 & 1\n           ^\n"},
+      // a tab reaches as far in the line of the caret
+      {"'a\tb' & foo", "  'a\tb' & foo\n    \t     ^\n"},
+      // an accent that combines takes none
+      {"'e\xCC\x81' & foo", "  'e\xCC\x81' & foo\n        ^\n"},
+      // one line of several
+      {"1 +\nfoo\n+ 2", "  1 +\n  foo\n  ^\n  + 2\n"},
+      // words that the grammar refuses
+      {"1 2", "  1 2\n    ^\n"},
+      {"(1 + ) * 2", "  (1 + ) * 2\n       ^\n"},
+      // a rule that ends too early, the caret behind its end
+      {"1 +", "  1 +\n     ^\n"},
+      {"中 +", "  中 +\n  ^\n"},
+      {"", "  \n  ^\n"},
+  };
+  for (const Row& row : rows) {
+    const ToolResult result = RunTool({"verify", row.rule});
+    EXPECT_EQ(result.status, 1) << row.rule;
+    EXPECT_EQ(MarkedPart(result.err), row.marked) << row.rule;
+  }
+}
+
+TEST(Report, TellsTheMessageAndThePlace) {
+  const ToolResult direct = RunTool({"sql", "1 + foo"});
+  EXPECT_EQ(direct.err.substr(0, direct.err.find('\n')), "orkrule: The word \"foo\" is unknown.");
+  EXPECT_EQ(direct.out, "");
+
+  const ToolResult lines = RunTool({"sql"}, "1 + 2\n\n  \n1 + foo\n3\n");
+  EXPECT_EQ(lines.status, 1);
+  EXPECT_EQ(lines.out, "1 + 2\n3\n");
+  EXPECT_EQ(lines.err,
+            "orkrule: standard input:4: The word \"foo\" is unknown.\n  1 + foo\n      ^\n");
+}
+
+TEST(Report, CountsCharactersInJson) {
+  const auto answer = RunTool({"verify", "--json", "'\xF0\xA0\x80\x8B文' & foo"}).Json().at(0);
+  EXPECT_EQ(answer.at("valid"), false);
+  EXPECT_EQ(answer.at("error").at("number"), -1);
+  EXPECT_EQ(answer.at("error").at("text"), "The word \"foo\" is unknown.");
+  EXPECT_EQ(answer.at("error").at("position"), 7);
+}
+
+TEST(Report, SpeaksTheLanguageAskedFor) {
+  const ToolResult english = RunTool({"verify", "foo"});
+  const ToolResult chinese = RunTool({"verify", "--language", "zh-CN", "foo"});
+  EXPECT_NE(chinese.err, english.err);
+  EXPECT_NE(chinese.err.find("foo"), chinese.err.npos);
+  EXPECT_EQ(MarkedPart(chinese.err), "  foo\n  ^\n");
+}
+
+}  // namespace

@@ -1,0 +1,164 @@
+// `orkrule sql`: texts, dialects, the two-text form, where rules come from.
+#include "ToolRun.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+namespace {
+
+const std::string kDb = ORKRULE_SAMPLE_DB;
+
+TEST(Sql, TranslatesFieldsOfTheSampleDatabase) {
+  struct Row {
+    const char* type;
+    const char* rule;
+    const char* sql;
+  };
+  const Row rows[] = {
+      // clang-format off
+      {"logic",  "Orders.Amount > 1",   "isnull([Orders].Amount,0) > 1"},
+      {"4",      "Orders.Amount > 1",   "isnull([Orders].Amount,0) > 1"},
+      {"number", "T.a + T.b",           "isnull([T].a,0) + isnull([T].b,0)"},
+      {"text",   "Customer.Name & 'x'", "isnull([Customer].Name,'') + N'x'"},
+      {"any",    "客户.金额 * 2",       "isnull([客户].金额,0) * 2"},
+      {"any",    "Stock.Count",         "isnull([Stock].qty_left,0)"},
+      // clang-format on
+  };
+  for (const Row& row : rows) {
+    const ToolResult result = RunTool({"sql", "--db", kDb, "--type", row.type, row.rule});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, std::string(row.sql) + "\n") << row.rule;
+  }
+}
+
+TEST(Sql, TakesModes) {
+  EXPECT_EQ(RunTool({"sql", "--db", kDb, "--no-is-null", "T.a + 1"}).out, "[T].a + 1\n");
+  EXPECT_EQ(RunTool({"sql", "--db", "sqlite:" + kDb, "--tables", "T,Orders", "T.a"}).out,
+            "isnull([T].a,0)\n");
+}
+
+TEST(Sql, PrintsDialectsUnderEachOther) {
+  const ToolResult result =
+      RunTool({"sql", "--type", "text", "--dialect", "all", "toLower('A') & 'b'"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.out,
+            "default    lower(N'A') + N'b'\n"
+            "oracle     toLower('A') || 'b'\n"
+            "dm         lower('A') + 'b'\n"
+            "kingbase   lower('A') || 'b'\n"
+            "opengauss  lower('A') || 'b'\n");
+}
+
+TEST(Sql, TranslatesForOneDialectWithoutADatabase) {
+  EXPECT_EQ(RunTool({"sql", "--dialect", "dm", "length('abc')"}).out, "len('abc')\n");
+  EXPECT_EQ(RunTool({"sql", "--dialect", "kingbase", "length('abc')"}).out, "length('abc')\n");
+  EXPECT_EQ(RunTool({"sql", "length('abc')"}).out, "len(N'abc')\n");
+}
+
+TEST(Sql, TellsThatAFieldNeedsADatabase) {
+  const ToolResult result = RunTool({"sql", "--dialect", "dm", "T.a"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err,
+            "orkrule: The word \"T.a\" is unknown. "
+            "Nothing can be loaded without a database connection.\n  T.a\n  ^\n");
+  const ToolResult nowhere = RunTool({"verify", "--db", kDb, "--json", "Nowhere.a + 1"});
+  EXPECT_EQ(nowhere.Json().at(0).at("error").at("hint"),
+            "The data table \"Nowhere\" does not exist or has no fields.");
+  const ToolResult field = RunTool({"verify", "--db", kDb, "--json", "T.nope"});
+  EXPECT_FALSE(field.Json().at(0).at("error").contains("hint"));
+}
+
+TEST(Sql, SplitsIntoTwoTexts) {
+  const std::string rule = "T.a > 1 and sum(T.b) > 2";
+  const ToolResult human = RunTool({"sql", "--db", kDb, "--type", "logic", "--split", rule});
+  EXPECT_EQ(human.out,
+            "where   (isnull([T].a,0) > 1)\n"
+            "having  (sum(isnull([T].b,0)) > 2)\n");
+  const auto json =
+      RunTool({"sql", "--db", kDb, "--type", "logic", "--split", "--json", rule}).Json().at(0);
+  EXPECT_EQ(json.at("rule"), rule);
+  EXPECT_EQ(json.at("dialect"), "default");
+  EXPECT_EQ(json.at("where"), "(isnull([T].a,0) > 1)");
+  EXPECT_EQ(json.at("having"), "(sum(isnull([T].b,0)) > 2)");
+}
+
+TEST(Sql, ShowsWhatADialectRefuses) {
+  const std::string rule = "T.a in thisSet(1,2)";
+  const ToolResult one =
+      RunTool({"sql", "--db", kDb, "--type", "logic", "--dialect", "oracle", rule});
+  EXPECT_EQ(one.status, 1);
+  EXPECT_EQ(one.out, "");
+  EXPECT_EQ(one.err, "orkrule: This database does not support thisSet.\n  " + rule + "\n");
+
+  const ToolResult all = RunTool({"sql", "--db", kDb, "--type", "logic", "--dialect", "all", rule});
+  EXPECT_EQ(all.status, 1);
+  EXPECT_NE(all.out.find("\noracle     refused: This database does not support thisSet.\ndm "),
+            all.out.npos)
+      << all.out;
+
+  const auto json =
+      RunTool({"sql", "--db", kDb, "--type", "logic", "--dialect", "all", "--json", rule}).Json();
+  ASSERT_EQ(json.size(), 1u);
+  ASSERT_EQ(json[0].at("dialects").size(), 5u);
+  EXPECT_EQ(json[0]["dialects"][1].at("dialect"), "oracle");
+  EXPECT_EQ(json[0]["dialects"][1].at("error").at("text"),
+            "This database does not support thisSet.");
+  EXPECT_TRUE(json[0]["dialects"][4].contains("sql"));
+}
+
+TEST(Sql, RefusesAVerifiedRuleOnceForAllDialects) {
+  const ToolResult result = RunTool({"sql", "--dialect", "all", "1 + foo"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "orkrule: The word \"foo\" is unknown.\n  1 + foo\n      ^\n");
+}
+
+TEST(Sql, ReadsRulesFromFilesAndStandardInput) {
+  const std::string path = testing::TempDir() + "orkrule_rules.txt";
+  std::ofstream(path) << "1 + 2\r\n\n3 * 4";
+  EXPECT_EQ(RunTool({"sql", "--file", path}).out, "1 + 2\n3 * 4\n");
+  EXPECT_EQ(RunTool({"sql", "--file", "-"}, "5\n6\n").out, "5\n6\n");
+  EXPECT_EQ(RunTool({"sql"}, "7").out, "7\n");
+  std::remove(path.c_str());
+}
+
+TEST(Sql, ReadsJsonLines) {
+  const ToolResult result = RunTool({"sql", "--jsonl"},
+                                    "\"1 +\\n2\"\n"
+                                    "{\"expression\":\"'a'\",\"type\":\"text\"}\n"
+                                    "{\"expression\":\"'a'\",\"type\":1}\n");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "1 + 2\nN'a'\n");
+  EXPECT_EQ(result.err.rfind("orkrule: standard input:3: ", 0), 0u) << result.err;
+}
+
+TEST(Sql, LeavesArgumentsAsTheyStand) {
+  EXPECT_EQ(RunTool({"sql", "--", "-1 + 2"}).out, RunTool({"sql"}, "-1 + 2\n").out);
+  // Brackets around a list are no list of arguments.
+  const ToolResult brackets = RunTool({"verify", "[a],[b]"});
+  EXPECT_NE(brackets.err.find("  [a],[b]\n"), brackets.err.npos) << brackets.err;
+}
+
+TEST(Sql, LoadsCadDocuments) {
+  const std::string path = testing::TempDir() + "orkrule_cax.xml";
+  std::ofstream(path) << "not a document";
+  const ToolResult result = RunTool({"sql", "--cax", "1=" + path, "1"});
+  EXPECT_EQ(result.status, 3);
+  EXPECT_NE(result.err.find(path + ": Document not parsed successfully."), result.err.npos)
+      << result.err;
+  std::remove(path.c_str());
+}
+
+TEST(Sql, TakesValuesAndConditionsWhereNoTypeIsNamed) {
+  const ToolResult both = RunTool({"sql", "--db", kDb}, "T.a + 1\nT.a > 1\n");
+  EXPECT_EQ(both.status, 0) << both.err;
+  EXPECT_EQ(both.out, "isnull([T].a,0) + 1\nisnull([T].a,0) > 1\n");
+  // Both readings fail; the one that got further tells why. As a value the rule ends at ">".
+  const ToolResult refused = RunTool({"sql", "--db", kDb, "T.a > )"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.err.find("  T.a > )\n        ^\n"), refused.err.npos) << refused.err;
+}
+
+}  // namespace
