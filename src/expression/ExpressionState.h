@@ -27,6 +27,7 @@ struct MxExpression::State {
   void CreateTranslator(ORKDB_DSType_ENUM requested);
 
   Lexer lexer;
+  std::vector<WordView> words;  ///< of the last rule; kept for its memory alone
   NameQuotes quotes;
   RuleInterpreter parser;
   MxDictionarys dictionaries;

@@ -35,7 +35,9 @@ void MxExpression::State::CopyModes(const State& other) {
 }
 
 void MxExpression::State::CreateTranslator(ORKDB_DSType_ENUM requested) {
+  const std::shared_ptr<IMxTranslator> last = std::move(translator);
   translator = NewTranslator(requested, dsType);
+  if (last.use_count() == 1) translator->TakeMemoryOf(*last);  // no copy shares it
   translator->dictionaries = &dictionaries;
   translator->formDataIn = formDataIn;
   translator->useIsNull = useIsNull;
@@ -59,7 +61,8 @@ bool MxExpression::Verify(MXRULE_DATATYPE type, const std::u16string& expression
   State& state = *state_;
   state.refusedToken = -1;
   state.lexer.dictionarys = &state.dictionaries;
-  std::vector<WordView> words;
+  std::vector<WordView>& words = state.words;
+  words.clear();
   std::forward_list<std::u16string> composed;
   state.lexer.ReadWords(expression, words, composed);
   for (WordView& word : words) {

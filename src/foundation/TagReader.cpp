@@ -93,11 +93,13 @@ void AppendAttributes(KeptContext& context, Tag tag, int count, const xmlChar** 
   for (int i = 0; i < count; ++i, attributes += 5) {
     const Attr id = FindAttr(context, attributes[0], guess);
     guess = static_cast<std::size_t>(id) + 1;
-    const std::u16string_view name =
-        id == Attr::kOther
-            ? StoreUtf8(tree, attributes[0], attributes[0] + xmlStrlen(attributes[0]))
-            : kAttrNames[static_cast<std::size_t>(id)];
-    tree.AppendAttr(tag, id, name, true, StoreUtf8(tree, attributes[3], attributes[4]));
+    const std::u16string_view value = StoreUtf8(tree, attributes[3], attributes[4]);
+    if (id != Attr::kOther) {
+      tree.AppendAttr(tag, id, value);
+    } else {
+      const xmlChar* const name = attributes[0];
+      tree.AppendForeignAttr(tag, id, StoreUtf8(tree, name, name + xmlStrlen(name)), true, value);
+    }
   }
 }
 
@@ -245,14 +247,21 @@ void ImportAttributes(xmlNodePtr from, TagTree& tree, Tag to) {
   for (xmlNsPtr ns = from->nsDef; ns; ns = ns->next) {
     std::u16string name = u"xmlns";
     if (ns->prefix) name.append(u":").append(Utf8ToWide(View(ns->prefix)));
-    tree.AppendAttr(to, Attr::kOther, tree.Store(name), false,
-                    ns->href ? tree.Store(Utf8ToWide(View(ns->href))) : std::u16string_view{});
+    tree.AppendForeignAttr(
+        to, Attr::kOther, tree.Store(name), false,
+        ns->href ? tree.Store(Utf8ToWide(View(ns->href))) : std::u16string_view{});
   }
   for (xmlAttrPtr attr = from->properties; attr; attr = attr->next) {
     xmlChar* const value = xmlNodeListGetString(from->doc, attr->children, 1);
-    tree.AppendAttr(to, AttrOf(Utf8ToWide(View(attr->name))),
-                    tree.Store(Qualified(attr->ns, attr->name)), !attr->ns,
-                    value ? tree.Store(Utf8ToWide(View(value))) : std::u16string_view{});
+    const Attr id = AttrOf(Utf8ToWide(View(attr->name)));
+    const std::u16string_view stored =
+        value ? tree.Store(Utf8ToWide(View(value))) : std::u16string_view{};
+    if (!attr->ns && id != Attr::kOther) {
+      tree.AppendAttr(to, id, stored);
+    } else {
+      tree.AppendForeignAttr(to, id, tree.Store(Qualified(attr->ns, attr->name)), !attr->ns,
+                             stored);
+    }
     xmlFree(value);
   }
 }

@@ -4,7 +4,7 @@
 #include <unicode/utf16.h>
 
 #include <algorithm>
-#include <new>
+#include <utility>
 
 #include "foundation/Text.h"
 #include "foundation/XmlText.h"
@@ -12,7 +12,6 @@
 namespace ORKBASE {
 namespace {
 
-constexpr std::size_t kSmallestBlock = 4096;
 constexpr std::u16string_view kDeclaration = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
 /// ` name="`
@@ -23,6 +22,16 @@ constexpr std::u16string_view kAttrOpenings[] = {
     u" tempTabName=\"",  u" dtId=\"",       u" fldId=\"",  u" caxTName=\"",  u" caxFName=\"",
     u" ifgrpby=\"",      u" inSubQry=\""};
 static_assert(std::size(kAttrOpenings) == std::size(kAttrNames));
+
+/// Whether the attribute is called by its name of `kAttrNames` and nothing else.
+bool HasOwnName(const TagAttr& attr) noexcept {
+  return attr.plain && attr.id != Attr::kOther;
+}
+
+void Append(TagNode& node, TagAttr& attr) noexcept {
+  (node.lastAttr ? node.lastAttr->next : node.attrs) = &attr;
+  node.lastAttr = &attr;
+}
 
 TagNode* SkipRaw(TagNode* node, TagNode* TagNode::*step) noexcept {
   while (node && !node->isElement) node = node->*step;
@@ -39,14 +48,14 @@ void Append(TagNode& parent, TagNode& child) noexcept {
 
 void OpenElement(std::u16string& out, const TagNode& node) {
   out += u'<';
-  out += node.name;
+  out += node.text;
   for (const TagAttr* attr = node.attrs; attr; attr = attr->next) {
-    if (attr->plain && attr->id != Attr::kOther) {
+    if (HasOwnName(*attr)) {
       out += kAttrOpenings[static_cast<std::size_t>(attr->id)];
       AppendAttributeValue(out, attr->value, XmlCharacters::kAsTheyAre);
       out += u'"';
     } else {
-      AppendAttribute(out, attr->name, attr->value, XmlCharacters::kAsTheyAre);
+      AppendAttribute(out, attr->Name(), attr->value, XmlCharacters::kAsTheyAre);
     }
   }
   out += node.first ? u">" : u"/>";
@@ -54,7 +63,7 @@ void OpenElement(std::u16string& out, const TagNode& node) {
 
 void CloseElement(std::u16string& out, const TagNode& node) {
   out += u"</";
-  out += node.name;
+  out += node.text;
   out += u'>';
 }
 
@@ -63,6 +72,11 @@ void CloseElement(std::u16string& out, const TagNode& node) {
 Attr AttrOf(std::u16string_view localName) noexcept {
   const auto* found = std::find(std::begin(kAttrNames), std::end(kAttrNames), localName);
   return static_cast<Attr>(found - std::begin(kAttrNames));
+}
+
+std::u16string_view TagAttr::Name() const noexcept {
+  return HasOwnName(*this) ? kAttrNames[static_cast<std::size_t>(id)]
+                           : static_cast<const ForeignAttr*>(this)->name;
 }
 
 // --- Tag -----------------------------------------------------------------------------------------
@@ -92,7 +106,7 @@ void Tag::Set(Attr attr, std::u16string_view value) {
       return;
     }
   }
-  tree_->AppendAttr(*this, attr, kAttrNames[static_cast<std::size_t>(attr)], true, stored);
+  tree_->AppendAttr(*this, attr, stored);
 }
 
 void Tag::Set(Attr attr, std::int32_t value) {
@@ -170,13 +184,12 @@ void Tag::ReplaceBy(Tag other) {
 Tag Tag::DeepCopy() const {
   if (!node_) return {};
   const auto copyOne = [this](const TagNode& from) {
-    auto* to = tree_->Make<TagNode>();
-    to->name = from.name;
-    to->raw = from.raw;
-    to->isElement = from.isElement;
+    auto* to = tree_->arena_.Make<TagNode>(from.text, from.isElement);
     tree_->made_ += from.isElement;
     for (const TagAttr* attr = from.attrs; attr; attr = attr->next) {
-      tree_->AppendAttr({tree_, to}, attr->id, attr->name, attr->plain, attr->value);
+      HasOwnName(*attr)
+          ? tree_->AppendAttr({tree_, to}, attr->id, attr->value)
+          : tree_->AppendForeignAttr({tree_, to}, attr->id, attr->Name(), attr->plain, attr->value);
     }
     return to;
   };
@@ -215,13 +228,8 @@ Tag Tag::NextBehind(Tag top) const noexcept {
 
 // --- TagTree -------------------------------------------------------------------------------------
 
-TagTree::TagTree(std::size_t expectedBytes)
-    : firstBlock_(
-          std::make_unique_for_overwrite<std::byte[]>(std::max(expectedBytes, kSmallestBlock))),
-      arena_(firstBlock_.get(), std::max(expectedBytes, kSmallestBlock)) {}
-
 void TagTree::Clear() {
-  arena_.release();
+  arena_.Clear();
   root_ = nullptr;
   made_ = 0;
   unreadable_ = false;
@@ -229,16 +237,15 @@ void TagTree::Clear() {
   epilog.clear();
 }
 
-template <class T>
-T* TagTree::Make() {
-  return new (arena_.allocate(sizeof(T), alignof(T))) T;
+void TagTree::TakeMemoryOf(TagTree& other) {
+  Clear();
+  other.Clear();
+  std::swap(arena_, other.arena_);
 }
 
 Tag TagTree::NewTag(std::u16string_view name) {
-  auto* node = Make<TagNode>();
-  node->name = name == u"tag" ? u"tag" : Store(name);
   ++made_;
-  return {this, node};
+  return {this, arena_.Make<TagNode>(name == u"tag" ? u"tag" : Store(name))};
 }
 
 void TagTree::AppendRaw(Tag parent, std::u16string_view raw) {
@@ -246,27 +253,20 @@ void TagTree::AppendRaw(Tag parent, std::u16string_view raw) {
 }
 
 void TagTree::AppendKeptRaw(Tag parent, std::u16string_view raw) {
-  auto* node = Make<TagNode>();
-  node->raw = raw;
-  node->isElement = false;
-  Append(*parent.node(), *node);
+  Append(*parent.node(), *arena_.Make<TagNode>(raw, false));
 }
 
-TagAttr* TagTree::AppendAttr(Tag tag, Attr id, std::u16string_view name, bool plain,
-                             std::u16string_view value) {
-  auto* attr = Make<TagAttr>();
-  attr->id = id;
-  attr->plain = plain;
-  attr->name = name;
-  attr->value = value;
-  TagNode& node = *tag.node();
-  (node.lastAttr ? node.lastAttr->next : node.attrs) = attr;
-  node.lastAttr = attr;
-  return attr;
+void TagTree::AppendAttr(Tag tag, Attr id, std::u16string_view value) {
+  Append(*tag.node(), *arena_.Make<TagAttr>(nullptr, value, id));
+}
+
+void TagTree::AppendForeignAttr(Tag tag, Attr id, std::u16string_view name, bool plain,
+                                std::u16string_view value) {
+  Append(*tag.node(), *arena_.Make<ForeignAttr>(TagAttr{nullptr, value, id, plain}, name));
 }
 
 char16_t* TagTree::Allocate(std::size_t length) {
-  return static_cast<char16_t*>(arena_.allocate(length * sizeof(char16_t), alignof(char16_t)));
+  return static_cast<char16_t*>(arena_.Allocate(length * sizeof(char16_t), alignof(char16_t)));
 }
 
 std::u16string_view TagTree::Store(std::u16string_view text) {
@@ -307,9 +307,9 @@ std::size_t TagTree::CountElements() noexcept {
   return count;
 }
 
-std::u16string TagTree::ToText() const {
-  if (!root_) return {};
-  std::u16string out;
+void TagTree::WriteTo(std::u16string& out) const {
+  out.clear();
+  if (!root_) return;
   out.reserve(256 + made_ * 256);
   out += prolog.empty() ? kDeclaration : std::u16string_view(prolog);
   const TagNode* node = root_;
@@ -317,7 +317,7 @@ std::u16string TagTree::ToText() const {
     if (node->isElement) {
       OpenElement(out, *node);
     } else {
-      out += node->raw;
+      out += node->text;
     }
     if (node->first) {
       node = node->first;
@@ -331,7 +331,7 @@ std::u16string TagTree::ToText() const {
     node = node->next;
   }
   out += u'\n';
-  return out.append(epilog);
+  out += epilog;
 }
 
 }  // namespace ORKBASE

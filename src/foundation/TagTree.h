@@ -6,10 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <memory_resource>
 #include <string>
 #include <string_view>
+
+#include "foundation/Arena.h"
 
 namespace ORKBASE {
 
@@ -52,20 +52,26 @@ static_assert(std::size(kAttrNames) == static_cast<std::size_t>(Attr::kOther));
 /// The attribute of a local name, `kOther` for a foreign one.
 Attr AttrOf(std::u16string_view localName) noexcept;
 
-/// One attribute. `name` is as written; one inside a namespace is read by its local name, too, but
-/// writing goes past it to the plain attribute.
+/// One attribute. One inside a namespace is read by its local name, too, but writing goes past it
+/// to the plain attribute.
 struct TagAttr {
+  TagAttr* next = nullptr;
+  std::u16string_view value;
   Attr id = Attr::kOther;
   bool plain = true;
+
+  /// As written.
+  std::u16string_view Name() const noexcept;
+};
+
+/// An attribute that is not called by a name of `kAttrNames` alone.
+struct ForeignAttr : TagAttr {
   std::u16string_view name;
-  std::u16string_view value;
-  TagAttr* next = nullptr;
 };
 
 /// An element, or a run of text (white space between elements, a comment) that is only kept.
 struct TagNode {
-  std::u16string_view name;  ///< of an element
-  std::u16string_view raw;   ///< of a run of text: what is written, markup and all
+  std::u16string_view text;  ///< name of the element, or what is written, markup and all
   bool isElement = true;
   TagNode* parent = nullptr;
   TagNode* previous = nullptr;
@@ -132,13 +138,15 @@ class Tag {
 /// tags point at it.
 class TagTree {
  public:
-  explicit TagTree(std::size_t expectedBytes = 0);
+  TagTree() = default;
   TagTree(const TagTree&) = delete;
   TagTree& operator=(const TagTree&) = delete;
 
   Tag Root() noexcept { return {this, root_}; }
   void SetRoot(Tag tag) noexcept { root_ = tag.node(); }
   void Clear();
+  /// Clears both trees; this one goes on in the memory of the other.
+  void TakeMemoryOf(TagTree& other);
 
   /// A new element without attributes that stands alone.
   Tag NewTag(std::u16string_view name = u"tag");
@@ -146,8 +154,11 @@ class TagTree {
   void AppendRaw(Tag parent, std::u16string_view raw);
   /// The same for text that outlives the tree.
   void AppendKeptRaw(Tag parent, std::u16string_view raw);
-  TagAttr* AppendAttr(Tag tag, Attr id, std::u16string_view name, bool plain,
-                      std::u16string_view value);
+  /// Appends an attribute of `kAttrNames`. The value outlives the tree or lies in its arena.
+  void AppendAttr(Tag tag, Attr id, std::u16string_view value);
+  /// Appends any attribute, by the name that is written; `id` is that of the local name.
+  void AppendForeignAttr(Tag tag, Attr id, std::u16string_view name, bool plain,
+                         std::u16string_view value);
 
   /// A copy of the text in the arena, fit for a document: see `Tag::Set`.
   std::u16string_view Store(std::u16string_view text);
@@ -166,16 +177,18 @@ class TagTree {
   std::u16string prolog;
   std::u16string epilog;
 
-  /// The document as text: XML declaration, root, line feed. Empty without a root.
-  std::u16string ToText() const;
+  /// Makes `out` the document as text: XML declaration, root, line feed. Empty without a root.
+  void WriteTo(std::u16string& out) const;
+  std::u16string ToText() const {
+    std::u16string out;
+    WriteTo(out);
+    return out;
+  }
 
  private:
   friend class Tag;
-  template <class T>
-  T* Make();
 
-  std::unique_ptr<std::byte[]> firstBlock_;
-  std::pmr::monotonic_buffer_resource arena_;
+  Arena arena_;
   TagNode* root_ = nullptr;
   std::size_t made_ = 0;
   bool unreadable_ = false;

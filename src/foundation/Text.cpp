@@ -141,7 +141,8 @@ std::u16string ReplaceAll(std::u16string_view text, std::u16string_view from,
 }
 
 bool IsBlankText(std::u16string_view text) noexcept {
-  return text.find_first_not_of(u" \n\r") == text.npos;
+  return std::all_of(text.begin(), text.end(),
+                     [](char16_t unit) { return unit == u' ' || unit == u'\n' || unit == u'\r'; });
 }
 
 std::u16string_view TrimBlanks(std::u16string_view text) noexcept {

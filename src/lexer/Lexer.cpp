@@ -7,6 +7,8 @@
 #include "lexer/Tokeniser.h"
 #include "platform/MessageTexts.h"
 
+#include <array>
+
 namespace ORKBASE {
 
 WordView UnknownWord(std::u16string_view token) noexcept {
@@ -44,11 +46,15 @@ Lexer::Recognised Lexer::Recognise(std::u16string_view token) const {
 void Lexer::ReadWords(std::u16string_view text, std::vector<WordView>& words,
                       std::forward_list<std::u16string>& composed) {
   PrepareRecognition();
+  std::array<const MxWord*, 128> characters{};  // words of one that were found
   for (std::int32_t index = 0; !text.empty(); ++index) {
     const std::u16string_view token = FirstToken(text);
     text.remove_prefix(token.size());
     if (IsBlankText(token)) continue;
-    const Recognised found = Recognise(token);
+    const bool isCharacter = token.size() == 1 && token.front() < characters.size();
+    const MxWord* const known = isCharacter ? characters[token.front()] : nullptr;
+    const Recognised found = known ? Recognised{known, {}} : Recognise(token);
+    if (isCharacter) characters[token.front()] = found.word;
     WordView word = found.word ? ViewOf(*found.word) : UnknownWord(token);
     if (!found.postfix.empty()) {
       word.primary =

@@ -2,6 +2,8 @@
 // are letters, and a quote is special only at the start of a token.
 #include "lexer/Tokeniser.h"
 
+#include <array>
+
 namespace ORKBASE {
 namespace {
 
@@ -12,8 +14,15 @@ constexpr bool IsBlank(char16_t c) noexcept {
   return c == u' ' || c == u'\n' || c == u'\r';
 }
 
+constexpr std::array<bool, 128> kDelimiters = [] {
+  std::array<bool, 128> table{};
+  for (const char16_t one : kOneCharacter) table[one] = true;
+  for (const char16_t one : {u'\0', u' ', u'\n', u'\r'}) table[one] = true;
+  return table;
+}();
+
 constexpr bool IsDelimiter(char16_t c) noexcept {
-  return IsBlank(c) || c == u'\0' || (c < 0x80 && kOneCharacter.find(c) != kOneCharacter.npos);
+  return c < kDelimiters.size() && kDelimiters[c];
 }
 
 std::size_t BlanksEnd(std::u16string_view text) noexcept {
@@ -23,8 +32,9 @@ std::size_t BlanksEnd(std::u16string_view text) noexcept {
 }
 
 std::size_t OperatorEnd(std::u16string_view text) noexcept {
+  if (text.size() < 2) return 1;
   for (const std::u16string_view two : kTwoCharacters) {
-    if (text.substr(0, 2) == two) return 2;
+    if (text[0] == two[0] && text[1] == two[1]) return 2;
   }
   return 1;
 }

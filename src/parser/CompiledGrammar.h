@@ -79,7 +79,7 @@ class CompiledGrammar {
     return rules_[static_cast<std::size_t>(index)];
   }
   ItemRange Alternative(std::size_t index) const noexcept { return alternatives_[index]; }
-  const GrammarItem& Item(std::size_t index) const noexcept { return items_[index]; }
+  const GrammarItem* Items(ItemRange range) const noexcept { return &items_[range.first]; }
   const GrammarGroup& Group(std::int16_t index) const noexcept {
     return groups_[static_cast<std::size_t>(index)];
   }

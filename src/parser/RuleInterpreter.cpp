@@ -60,21 +60,17 @@ bool RuleInterpreter::Parse(std::int16_t startRule) {
   Enter(startRule);
   while (!attempts_.empty() && !tooDeep_) {
     Attempt& attempt = attempts_.back();
-    const ItemRange items = Items(attempt);
-    if (attempt.item == items.count) {
+    if (attempt.item == attempt.end) {
       EndOfSequence();
       continue;
     }
-    const GrammarItem& item = grammar_.Item(items.first + std::size_t{attempt.item});
+    const GrammarItem& item = *attempt.item;
     switch (item.kind) {
       case GrammarItem::Kind::kRule:
         TryRule(item.index);
         break;
       case GrammarItem::Kind::kGroup:
-        attempt.groupItem = static_cast<std::int16_t>(attempt.item);
-        attempt.item = 0;
-        attempt.groupStart = position_;
-        attempt.groupNodes = static_cast<std::uint32_t>(nodes_.size());
+        TryGroup(attempt);
         break;
       case GrammarItem::Kind::kSymbol:
       case GrammarItem::Kind::kLiteral:
@@ -89,17 +85,27 @@ bool RuleInterpreter::Parse(std::int16_t startRule) {
   return !tooDeep_ && !nodes_.empty();
 }
 
-ItemRange RuleInterpreter::Items(const Attempt& attempt) const noexcept {
-  const ItemRange sequence =
-      grammar_.Alternative(std::size_t{attempt.rule->firstAlternative} + attempt.alternative);
-  if (attempt.groupItem < 0) return sequence;
-  const auto group = static_cast<std::size_t>(attempt.groupItem);
-  return grammar_.Group(grammar_.Item(sequence.first + group).index).items;
+/// The items of the alternative at work.
+ItemRange RuleInterpreter::ItemsOf(const Attempt& attempt) const noexcept {
+  return grammar_.Alternative(std::size_t{attempt.rule->firstAlternative} + attempt.alternative);
 }
 
 void RuleInterpreter::Enter(std::int16_t rule) {
-  attempts_.push_back({&grammar_.Rule(rule), rule, 0, 0, -1, position_,
+  attempts_.push_back({&grammar_.Rule(rule), nullptr, nullptr, nullptr, rule, 0, position_,
                        static_cast<std::uint32_t>(nodes_.size()), 0, 0, 0});
+  if (!StartAlternative(attempts_.back())) Fail();
+}
+
+/// Goes to the next alternative, this one included, that the word at hand can begin; false when
+/// there is none. Those passed over report what they would have.
+bool RuleInterpreter::StartAlternative(Attempt& attempt) {
+  for (; attempt.alternative < attempt.rule->alternativeCount; ++attempt.alternative) {
+    const ItemRange items = ItemsOf(attempt);
+    attempt.item = grammar_.Items(items);
+    attempt.end = attempt.item + items.count;
+    if (CanBegin(*attempt.item, *attempt.rule)) return true;
+  }
+  return false;
 }
 
 void RuleInterpreter::TryRule(std::int16_t index) {
@@ -123,16 +129,52 @@ void RuleInterpreter::TryRule(std::int16_t index) {
   }
 }
 
-/// Whether the word at hand can begin the rule. If not, reports what the attempt would have: of all
-/// its terminals the first of the most specific kind.
+/// Opens the group at hand for a turn, or passes over it when the word at hand cannot begin it.
+void RuleInterpreter::TryGroup(Attempt& attempt) {
+  const GrammarItem& group = *attempt.item;
+  const ItemRange items = grammar_.Group(group.index).items;
+  const GrammarItem* const first = grammar_.Items(items);
+  if (!CanBegin(*first, *attempt.rule)) {
+    LeaveGroup(attempt, group);
+    return;
+  }
+  attempt.group = &group;
+  attempt.item = first;
+  attempt.end = first + items.count;
+  attempt.groupStart = position_;
+  attempt.groupNodes = static_cast<std::uint32_t>(nodes_.size());
+}
+
+/// False, and reported, when the item fails at its first word.
+bool RuleInterpreter::CanBegin(const GrammarItem& item, const GrammarRule& rule) {
+  switch (item.kind) {
+    case GrammarItem::Kind::kRule:
+      return CanStart(item.index);
+    case GrammarItem::Kind::kGroup:
+      return true;
+    case GrammarItem::Kind::kSymbol:
+    case GrammarItem::Kind::kLiteral:
+      return TerminalCheck(item, rule);
+  }
+  return true;
+}
+
+/// Whether the word at hand can begin the rule; reported if not.
 bool RuleInterpreter::CanStart(std::int16_t index) {
+  const auto at = static_cast<std::size_t>(position_);
+  if (at < started_.size() && started_[at][static_cast<std::size_t>(index)]) return true;
+  if (position_ >= furthest_) ReportStart(index);
+  return false;
+}
+
+/// Reports what an attempt would have: of all terminals that can begin the rule the first of the
+/// most specific kind.
+void RuleInterpreter::ReportStart(std::int16_t index) {
   const auto at = static_cast<std::size_t>(position_);
   if (at >= words_.size()) {
     PushErr(kMsgEndsTooEarly, kWordsRanOut, 0);
-    return false;
+    return;
   }
-  if (started_[at][static_cast<std::size_t>(index)]) return true;
-  if (position_ < furthest_) return false;
   const RuleStart& start = grammar_.StartOf(index);
   const auto symbol = static_cast<std::size_t>(words_[at].symbol);
   if (symbol < RuleStart::kSymbols && start.typeOfSymbol[symbol] >= 0) {
@@ -142,7 +184,6 @@ bool RuleInterpreter::CanStart(std::int16_t index) {
   } else {
     PushErr(kMsgWrongLiteral, kWrongLiteral, start.firstLiteral);
   }
-  return false;
 }
 
 /// Hands a matched node to the attempt at work.
@@ -154,25 +195,25 @@ void RuleInterpreter::Deliver(ShapeIndex shape) {
 /// The items of the sequence at work are all matched.
 void RuleInterpreter::EndOfSequence() {
   Attempt& attempt = attempts_.back();
-  if (attempt.groupItem < 0) {
+  if (!attempt.group) {
     nodes_.size() > attempt.nodes ? Succeed() : Fail();
     return;
   }
-  const ItemRange items =
-      grammar_.Alternative(std::size_t{attempt.rule->firstAlternative} + attempt.alternative);
-  const auto group = static_cast<std::size_t>(attempt.groupItem);
-  if (grammar_.Group(grammar_.Item(items.first + group).index).repeats) {
-    attempt.item = 0;
-    attempt.groupStart = position_;
-    attempt.groupNodes = static_cast<std::uint32_t>(nodes_.size());
+  const GrammarItem& group = *attempt.group;
+  if (grammar_.Group(group.index).repeats) {
+    attempt.item = &group;
+    TryGroup(attempt);
   } else {
-    LeaveGroup(attempt);
+    LeaveGroup(attempt, group);
   }
 }
 
-void RuleInterpreter::LeaveGroup(Attempt& attempt) {
-  attempt.item = static_cast<std::uint16_t>(attempt.groupItem + 1);
-  attempt.groupItem = -1;
+/// Goes on behind the group.
+void RuleInterpreter::LeaveGroup(Attempt& attempt, const GrammarItem& group) {
+  const ItemRange items = ItemsOf(attempt);
+  attempt.group = nullptr;
+  attempt.item = &group + 1;
+  attempt.end = grammar_.Items(items) + items.count;
 }
 
 void RuleInterpreter::Succeed() {
@@ -195,7 +236,7 @@ void RuleInterpreter::Succeed() {
 void RuleInterpreter::Fail() {
   while (!attempts_.empty()) {
     Attempt& attempt = attempts_.back();
-    if (attempt.groupItem >= 0 && FailInGroup(attempt)) return;
+    if (attempt.group && FailInGroup(attempt)) return;
     if (NextAlternative(attempt)) return;
     if (attempt.rule->remembered) Remember(attempt.ruleIndex, attempt.start, -1, kNoShape);
     attempts_.pop_back();
@@ -208,8 +249,8 @@ bool RuleInterpreter::FailInGroup(Attempt& attempt) {
   const bool inPart = nodes_.size() > attempt.groupNodes;
   position_ = attempt.groupStart;
   nodes_.resize(attempt.groupNodes);
-  LeaveGroup(attempt);
-  return !inPart || attempt.item < Items(attempt).count;
+  LeaveGroup(attempt, *attempt.group);
+  return !inPart || attempt.item != attempt.end;
 }
 
 bool RuleInterpreter::NextAlternative(Attempt& attempt) {
@@ -217,9 +258,9 @@ bool RuleInterpreter::NextAlternative(Attempt& attempt) {
   nodes_.resize(attempt.nodes);
   nesting_ -= attempt.opened;
   attempt.opened = 0;
-  attempt.groupItem = -1;
-  attempt.item = 0;
-  return ++attempt.alternative < attempt.rule->alternativeCount;
+  attempt.group = nullptr;
+  ++attempt.alternative;
+  return StartAlternative(attempt);
 }
 
 bool RuleInterpreter::TerminalCheck(const GrammarItem& item, const GrammarRule& rule) {

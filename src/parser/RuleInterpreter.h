@@ -41,10 +41,11 @@ class RuleInterpreter {
   /// One attempt at a rule.
   struct Attempt {
     const GrammarRule* rule;
+    const GrammarItem* item;   // the next of the sequence at work: of the group, if one is open
+    const GrammarItem* end;    // behind the last of that sequence
+    const GrammarItem* group;  // the item of the alternative that is the open group, or null
     std::int16_t ruleIndex;
     std::uint16_t alternative;
-    std::uint16_t item;       // the next of the sequence at work: of the group, if one is open
-    std::int16_t groupItem;   // item of the alternative that is the open group, or -1
     std::int32_t start;       // word position, and
     std::uint32_t nodes;      // nodes gathered, when the rule was entered
     std::int32_t groupStart;  // the same for this turn of the open group
@@ -69,21 +70,25 @@ class RuleInterpreter {
   void Reset(std::span<const WordView> words);
   bool Parse(std::int16_t startRule);
   void Enter(std::int16_t rule);
+  bool StartAlternative(Attempt& attempt);
   void TryRule(std::int16_t rule);
+  void TryGroup(Attempt& attempt);
+  bool CanBegin(const GrammarItem& item, const GrammarRule& rule);
   bool CanStart(std::int16_t rule);
+  void ReportStart(std::int16_t rule);
   void EndOfSequence();
   void Succeed();
   void Fail();
   bool FailInGroup(Attempt& attempt);
   bool NextAlternative(Attempt& attempt);
-  void LeaveGroup(Attempt& attempt);
+  void LeaveGroup(Attempt& attempt, const GrammarItem& group);
   void Deliver(ShapeIndex shape);
   bool TerminalCheck(const GrammarItem& item, const GrammarRule& rule);
   bool Accepts(const GrammarItem& item, const GrammarRule& rule);
   void PushErr(std::int32_t message, std::int32_t priority, std::int32_t expected);
   bool Nest(const GrammarItem& item, Attempt& attempt);
 
-  ItemRange Items(const Attempt& attempt) const noexcept;
+  ItemRange ItemsOf(const Attempt& attempt) const noexcept;
   const Remembered* Recall(std::int16_t rule) const noexcept;
   void Remember(std::int16_t rule, std::int32_t start, std::int32_t end, ShapeIndex shape);
   void Report(ParseError& error) const;

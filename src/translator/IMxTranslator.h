@@ -31,6 +31,8 @@ class IMxTranslator {
   /// The tree of the last translation, as a reader of its text would find it: the null tag where
   /// the text holds a character that keeps it from being read.
   virtual Tag TranslatedRoot() = 0;
+  /// Goes on in the memory of a translator that is no longer needed.
+  void TakeMemoryOf(IMxTranslator& last) { doc_.TakeMemoryOf(last.doc_); }
 
   std::int32_t errorNo = 0;
   std::u16string errorDesc;
@@ -38,6 +40,9 @@ class IMxTranslator {
   std::u16string rtId;                          ///< report template; part of temporary names
   std::int32_t formDataIn = 0;                  ///< 1: form fields are read from existing tables
   bool useIsNull = true;                        ///< whether operands get the is-null form
+
+ protected:
+  TagTree doc_;
 };
 
 }  // namespace ORKBASE

@@ -163,7 +163,6 @@ class MxSql92Translator : public IMxTranslator {
   const DialectFields& fields_;
   const ReplacementMap& map_;
   std::vector<const KeyMap<std::u16string>*> caxEnums_;
-  TagTree doc_;
   std::size_t nextCount_ = kMostNodes;
 };
 

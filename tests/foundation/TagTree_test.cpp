@@ -25,7 +25,7 @@ std::string Declared(const char* elements) {
 /// Element names with their children in brackets: `a(b c(d))`.
 std::string Shape(Tag tag) {
   if (!tag) return "-";
-  std::string out = U8(tag.node()->name);
+  std::string out = U8(tag.node()->text);
   if (!tag.FirstChild()) return out;
   out += '(';
   for (Tag child = tag.FirstChild(); child; child = child.Next()) {
@@ -243,7 +243,7 @@ TEST(Tag, WalksInDocumentOrderBelowATop) {
   Read tree(u"<r><a><b/><c/></a><d/></r>");
   const auto walk = [](Tag top) {
     std::string names;
-    for (Tag at = top; at; at = at.NextInDocument(top)) names += U8(at.node()->name);
+    for (Tag at = top; at; at = at.NextInDocument(top)) names += U8(at.node()->text);
     return names;
   };
   EXPECT_EQ(walk(tree.Root()), "rabcd");
@@ -292,7 +292,7 @@ TEST(TagTree, KnowsWhetherItsTextCouldBeReadAgain) {
 }
 
 TEST(TagTree, IsUsedAgainAfterAClear) {
-  TagTree tree(100);
+  TagTree tree;
   for (int round = 0; round < 3; ++round) {
     tree.Clear();
     Tag root = tree.NewTag();
@@ -305,6 +305,35 @@ TEST(TagTree, IsUsedAgainAfterAClear) {
     EXPECT_EQ(root.ChildCount(), 5000);
     EXPECT_EQ(U8(root.LastChild().Get(Attr::kText)), "4999");
   }
+}
+
+TEST(TagTree, TakesTheMemoryOfAnotherAndLeavesBothEmpty) {
+  TagTree last;
+  TagTree tree;
+  for (TagTree* each : {&last, &tree}) {
+    each->SetRoot(each->NewTag());
+    each->Root().Set(Attr::kText, u"old");
+    each->prolog = u"<?xml version=\"1.1\"?>\n";
+  }
+  tree.TakeMemoryOf(last);
+  for (TagTree* each : {&last, &tree}) {
+    EXPECT_FALSE(each->Root());
+    EXPECT_EQ(each->MadeElements(), 0u);
+    each->SetRoot(each->NewTag());
+    each->Root().Set(Attr::kText, u"new");
+    EXPECT_EQ(U8(each->ToText()), Declared("<tag text=\"new\"/>\n"));
+  }
+}
+
+TEST(TagTree, WritesOverTheTextThatWasThere) {
+  TagTree tree;
+  std::u16string out = u"old";
+  tree.WriteTo(out);
+  EXPECT_EQ(U8(out), "");
+  out = u"old";
+  tree.SetRoot(tree.NewTag());
+  tree.WriteTo(out);
+  EXPECT_EQ(U8(out), Declared("<tag/>\n"));
 }
 
 TEST(TagTree, NoOperationRecursesOverTheDepth) {

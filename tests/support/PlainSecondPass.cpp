@@ -183,11 +183,11 @@ std::string WithoutWhiteSpace(const std::u16string& document) {
   std::u16string out;
   for (Tag tag = tree.Root(); tag; tag = tag.NextInDocument(tree.Root())) {
     for (Tag up = tag.Parent(); up; up = up.Parent()) out += u' ';
-    out += tag.node()->name;
+    out += tag.node()->text;
     std::u16string last;
     for (const TagAttr* attr = tag.node()->attrs; attr; attr = attr->next) {
       std::u16string& where = attr->id == Attr::kIfGrpBy ? last : out;
-      where.append(u" ").append(attr->name).append(u"=[").append(attr->value).append(u"]");
+      where.append(u" ").append(attr->Name()).append(u"=[").append(attr->value).append(u"]");
     }
     out.append(last).append(u"\n");
   }
