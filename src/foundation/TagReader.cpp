@@ -26,6 +26,7 @@ namespace ORKBASE {
 namespace {
 
 constexpr std::string_view kUsualDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr int kDocumentsPerContext = 4096;
 constexpr std::size_t kAttrCount = std::size(kAttrNames);
 
@@ -212,6 +213,7 @@ KeptContext* ThreadContext() {
 enum class Outcome { kRead, kBroken, kUnusual };
 
 Outcome ReadUsual(const std::string& utf8, TagTree& tree) {
+  if (utf8.starts_with(kByteOrderMark)) return Outcome::kUnusual;
   if (utf8.starts_with("<?xml") && !utf8.starts_with(kUsualDeclaration)) return Outcome::kUnusual;
   KeptContext* const context = ThreadContext();
   if (!context) return Outcome::kBroken;

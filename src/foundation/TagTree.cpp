@@ -88,6 +88,13 @@ const TagAttr* Tag::Find(Attr attr) const noexcept {
   return found;
 }
 
+TagAttr* Tag::FindPlain(Attr attr) const noexcept {
+  if (!node_) return nullptr;
+  TagAttr* found = node_->attrs;
+  while (found && !(found->id == attr && found->plain)) found = found->next;
+  return found;
+}
+
 std::u16string_view Tag::Get(Attr attr) const noexcept {
   const TagAttr* found = Find(attr);
   return found ? found->value : std::u16string_view{};
@@ -97,16 +104,19 @@ std::int32_t Tag::GetInt(Attr attr) const noexcept {
   return ReadInt(Get(attr));
 }
 
+std::u16string_view Tag::GetPlain(Attr attr) const noexcept {
+  const TagAttr* found = FindPlain(attr);
+  return found ? found->value : std::u16string_view{};
+}
+
 void Tag::Set(Attr attr, std::u16string_view value) {
   if (!node_) return;
   const std::u16string_view stored = tree_->Store(value);
-  for (TagAttr* found = node_->attrs; found; found = found->next) {
-    if (found->id == attr && found->plain) {
-      found->value = stored;
-      return;
-    }
+  if (TagAttr* found = FindPlain(attr)) {
+    found->value = stored;
+  } else {
+    tree_->AppendAttr(*this, attr, stored);
   }
-  tree_->AppendAttr(*this, attr, stored);
 }
 
 void Tag::Set(Attr attr, std::int32_t value) {

@@ -96,6 +96,8 @@ class Tag {
   /// Empty for an absent attribute as for an empty one.
   std::u16string_view Get(Attr attr) const noexcept;
   std::int32_t GetInt(Attr attr) const noexcept;
+  /// Of the plain attribute alone, as an XPath query finds it.
+  std::u16string_view GetPlain(Attr attr) const noexcept;
   /// Replaces the value, or appends the attribute. The text ends at its first zero, lone surrogates
   /// become U+FFFD.
   void Set(Attr attr, std::u16string_view value);
@@ -129,6 +131,7 @@ class Tag {
 
  private:
   const TagAttr* Find(Attr attr) const noexcept;
+  TagAttr* FindPlain(Attr attr) const noexcept;
 
   TagTree* tree_ = nullptr;
   TagNode* node_ = nullptr;

@@ -6,6 +6,7 @@
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
+#include <limits>
 #include <utility>
 
 namespace ORKBASE {
@@ -95,12 +96,17 @@ bool RunXmlParser(_xmlParserCtxt& context, const std::string& utf8) {
 
 XmlDocPtr ParseXml(const std::string& utf8) {
   const KeepLastXmlError keep;
-  const XmlContextPtr context = NewXmlContext();
+  if (utf8.size() > std::numeric_limits<int>::max()) return nullptr;
+  // With an input buffer: a declaration of another encoding is believed, whatever the bytes are.
+  const XmlContextPtr context(
+      xmlCreateMemoryParserCtxt(utf8.data(), static_cast<int>(utf8.size())));
   if (!context) return nullptr;
-  const bool wellFormed = RunXmlParser(*context, utf8);
+  Silence(*context->sax);
+  xmlCtxtUseOptions(context.get(), kOptions);
+  xmlParseDocument(context.get());
   XmlDocPtr doc(context->myDoc);
   context->myDoc = nullptr;
-  return wellFormed ? std::move(doc) : nullptr;
+  return context->wellFormed == 1 ? std::move(doc) : nullptr;
 }
 
 }  // namespace ORKBASE

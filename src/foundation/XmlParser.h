@@ -25,10 +25,13 @@ using XmlContextPtr = std::unique_ptr<_xmlParserCtxt, XmlContextDeleter>;
 /// an entity makes a document fail. Null when memory is out.
 XmlContextPtr NewXmlContext();
 
-/// Runs the context over a whole UTF-8 text of any depth. True when it is well-formed.
+/// Runs the context over a whole UTF-8 text of any depth that names no other encoding. True when it
+/// is well-formed.
 bool RunXmlParser(_xmlParserCtxt& context, const std::string& utf8);
 
-/// The tree of a UTF-8 text, null when it does not parse.
+/// The tree of a UTF-8 text, null when it does not parse. The text is read by the encoding that its
+/// XML declaration names, if any: one that says UTF-16 fails, one that says ISO-8859-1 gives two
+/// characters for an umlaut.
 XmlDocPtr ParseXml(const std::string& utf8);
 
 /// Puts libxml2's last error of this thread back as the host left it.

@@ -6,14 +6,16 @@ namespace {
 
 constexpr std::u16string_view kWildCard = u"%";
 
+bool HoldsWildCard(std::u16string_view text) noexcept {
+  return text.find(kWildCard) != text.npos;
+}
+
 /// Any "%" in a constant, or in the text of any part of an expression: also the modulo operator.
 bool HasWildCard(Tag pattern) {
-  const auto holdsOne = [](Tag tag) {
-    return tag.Get(Attr::kText).find(kWildCard) != std::u16string_view::npos;
-  };
-  if (pattern.GetInt(Attr::kSymbol) == kConstantSymbol) return holdsOne(pattern);
+  if (pattern.GetInt(Attr::kSymbol) == kConstantSymbol)
+    return HoldsWildCard(pattern.Get(Attr::kText));
   for (Tag tag = pattern; tag; tag = tag.NextInDocument(pattern)) {
-    if (holdsOne(tag)) return true;
+    if (HoldsWildCard(tag.GetPlain(Attr::kText))) return true;
   }
   return false;
 }

@@ -89,7 +89,8 @@ Tag MxSql92Translator::TranslatedRoot() {
 /// that was marked without having a handler, keeps its text and is passed over.
 bool MxSql92Translator::RunHandlers() {
   for (Tag node = doc_.Root(); node;) {
-    const Handler handler = node.Get(Attr::kTransType) == kHandlerMark ? HandlerOf(node) : nullptr;
+    const Handler handler =
+        node.GetPlain(Attr::kTransType) == kHandlerMark ? HandlerOf(node) : nullptr;
     const Tag made = handler ? (this->*handler)(node) : Tag{};
     if (!made || made == node) {
       node = node.NextInDocument(doc_.Root());
@@ -121,8 +122,8 @@ bool MxSql92Translator::IsTooLarge() {
 void MxSql92Translator::MarkGroupBy() {
   std::u16string name;
   for (Tag node = doc_.Root(); node; node = node.NextInDocument(doc_.Root())) {
-    if (!EqualsNumber(node.Get(Attr::kSymbol), kFunctionSymbol)) continue;
-    name.assign(u"|").append(node.Get(Attr::kPrimary)).append(u"|");
+    if (!EqualsNumber(node.GetPlain(Attr::kSymbol), kFunctionSymbol)) continue;
+    name.assign(u"|").append(node.GetPlain(Attr::kPrimary)).append(u"|");
     if (kAggregateNames.find(name) != kAggregateNames.npos) node.Set(Attr::kIfGrpBy, u"1");
   }
 }

@@ -5,6 +5,9 @@
 #include "translator/IsNullForm.h"
 #include "translator/MxSql92Translator.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace ORKBASE {
 namespace {
 
@@ -33,10 +36,8 @@ constexpr SysVarCaseRow kSysVarCaseRows[] = {
 bool IsKeyColumn(std::u16string_view primary) {
   const auto pieces = SplitText(primary, u".");
   if (pieces.size() != 2) return false;
-  for (const std::u16string_view column : kKeyColumns) {
-    if (EqualsIgnoringCase(pieces[1], column)) return true;
-  }
-  return false;
+  const std::u16string column = ToUpper(pieces[1]);
+  return std::find(std::begin(kKeyColumns), std::end(kKeyColumns), column) != std::end(kKeyColumns);
 }
 
 }  // namespace

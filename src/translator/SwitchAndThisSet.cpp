@@ -19,7 +19,7 @@ bool IsFieldSymbol(std::int32_t symbol) noexcept {
 
 bool IsField(Tag tag) {
   for (const std::int32_t symbol : {kReportFieldSymbol, kDataFieldSymbol, kCAXFieldSymbol}) {
-    if (EqualsNumber(tag.Get(Attr::kSymbol), symbol)) return true;
+    if (EqualsNumber(tag.GetPlain(Attr::kSymbol), symbol)) return true;
   }
   return false;
 }

@@ -100,7 +100,10 @@ TEST(TagReader, WritesDocumentsOfAnyFormAsLibxml2Does) {
       u"<?xml version='1.0' encoding='utf-8'?><tag text='客户'/>",
       u"<?xml version='1.0' encoding='ISO-8859-1'?><tag text='plain'/>",
       u"<?xml version='1.0' encoding='us-ascii'?><tag text='&#x5BA2;'/>",
+      u"<?xml version='1.0' encoding='ISO-8859-1'?><tag text='\u00E9'/>",
       u"<?xml version='1.0' encoding='gb2312'?><tag text='plain'/>",
+      u"<?xml version='1.0' encoding='gb2312'?><tag text='\u7EBF\u7EBF'/>",
+      u"\xFEFF<?xml version='1.0' encoding='ISO-8859-1'?><tag text='\u00E9'/>",
       u"<\x5BA2 \x6237='1'/>",
       u"<tag a='1' text='&#9;&#10;&#13; \t\n'/>",
       u"<tag text='&#x1F600;\xD83D\xDE00'/>",
@@ -200,6 +203,24 @@ TEST(TagReader, RefusesReferencesToEntities) {
       u"<!DOCTYPE tag SYSTEM 'nosuch.dtd'><tag text='&e;'/>",
   };
   for (const std::u16string_view text : texts) EXPECT_FALSE(Reads(text)) << U8(text);
+}
+
+TEST(TagReader, BelievesTheDeclaredEncoding) {
+  const std::u16string_view texts[] = {
+      u"<?xml version='1.0' encoding='utf-16'?><tag/>",
+      u"<?xml version='1.0' encoding='UTF-16LE'?><tag/>",
+      u"<?xml version='1.0' encoding='us-ascii'?><tag text='\u00E9'/>",
+      u"<?xml version='1.0' encoding='gb2312'?><tag text='\u7EBF'/>",
+      u"<?xml version='1.0' encoding='no such encoding'?><tag/>",
+  };
+  for (const std::u16string_view text : texts) {
+    EXPECT_EQ(Libxml2(text), "") << U8(text);
+    EXPECT_FALSE(Reads(text)) << U8(text);
+  }
+  TagTree tree;
+  ASSERT_TRUE(
+      ReadTagTree(u"<?xml version='1.0' encoding='ISO-8859-1'?><tag text='\u00E9'/>", tree));
+  EXPECT_EQ(U8(tree.Root().Get(Attr::kText)), "Ã©");
 }
 
 TEST(TagReader, RefusesEntityBombsAtOnce) {

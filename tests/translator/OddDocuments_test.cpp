@@ -303,10 +303,23 @@ constexpr MarkRow kMarks[] = {
     {u"primary='sum' symbol=' 27 '",        true},
     {u"primary='sum' symbol='27.0'",        true},
     {u"primary='sum' symbol='027'",         true},
+    {u"primary='sum' symbol='27.'",         true},
+    {u"primary='sum' symbol='27e0'",        true},
+    {u"primary='sum' symbol='270e-1'",      true},
+    {u"primary='sum' symbol='.27E+2'",      true},
+    {u"primary='sum' symbol='27e'",         true},
+    {u"primary='sum' symbol='27e1'",        false},
+    {u"primary='sum' symbol='27e0x'",       false},
+    {u"primary='sum' symbol='-27'",         false},
+    {u"primary='sum' symbol='0x1B'",        false},
     {u"primary='sum' symbol='27.5'",        false},
     {u"primary='sum' symbol='+27'",         false},
     {u"primary='sum' symbol='27x'",         false},
     {u"primary='sum' symbol=''",            false},
+    // only plain attributes are searched
+    {u"xmlns:x='u' x:primary='sum' primary='q' symbol='27'", false},
+    {u"xmlns:x='u' x:primary='q' primary='sum' symbol='27'", true},
+    {u"xmlns:x='u' primary='sum' x:symbol='27'",             false},
 };
 // clang-format on
 

@@ -122,6 +122,8 @@ TEST(Operands, UnknownFieldsHaveEmptyNames) {
   EXPECT_EQ(Sql(rules, Word("No.field", kDataFieldSymbol, kNumDataType)), ".");
   EXPECT_EQ(Sql(rules, Word("No.x.RCID", kDataFieldSymbol, kNumDataType)), ".");
   EXPECT_EQ(Sql(rules, Word("RCID", kDataFieldSymbol, kNumDataType)), ".");
+  // Upper-cased, a letter without a dot is an I.
+  EXPECT_EQ(Sql(rules, Word("T.rcıd", kDataFieldSymbol, kNumDataType)), "t.rcıd");
   EXPECT_EQ(Sql(rules, Word("No.RcId", kDataFieldSymbol, kNumDataType)), "no.rcid");
   EXPECT_EQ(Sql(rules, Word("No.LUMENTArcid", kDataFieldSymbol, kNumDataType)), "no.lumentarcid");
   EXPECT_EQ(Sql(rules, Word("thisReport.No.x", kFormFieldSymbol, kNumDataType)), "<F0>");

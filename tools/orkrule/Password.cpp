@@ -39,11 +39,12 @@ class QuietTerminal {
 std::string AskAtTerminal() {
   const File terminal(std::fopen("/dev/tty", "r+"), std::fclose);
   if (!terminal) throw Failure{kInputOutput, "there is no terminal to ask for the password at"};
-  std::fputs("Password: ", terminal.get());
-  std::fflush(terminal.get());
   std::string password;
   {
+    // Before the prompt, since what was typed until now is dropped.
     const QuietTerminal quiet(fileno(terminal.get()));
+    std::fputs("Password: ", terminal.get());
+    std::fflush(terminal.get());
     for (int c = std::fgetc(terminal.get()); c != EOF && c != '\n'; c = std::fgetc(terminal.get()))
       password += static_cast<char>(c);
   }

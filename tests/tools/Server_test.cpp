@@ -1,0 +1,131 @@
+// The tool on a metadata database behind a server: the sample database in a PostgreSQL of its own.
+// Without that server's package these tests are skipped.
+#include "PostgresServer.h"
+#include "SampleDatabase.h"
+#include "ToolRun.h"
+
+#include <gtest/gtest.h>
+
+#include <pty.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace {
+
+const std::string kPassword = PostgresServer::Password();
+
+class Server : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    if (!PostgresServer::IsInstalled()) return;
+    server_ = new PostgresServer;
+    ready_ = server_->Start() && server_->Run(SourceText("examples/shop.sql"));
+  }
+  static void TearDownTestSuite() {
+    delete server_;
+    server_ = nullptr;
+  }
+  void SetUp() override {
+    if (server_ == nullptr) GTEST_SKIP() << "package postgresql-15 is not installed";
+    ASSERT_TRUE(ready_) << server_->Problem();
+  }
+
+  static std::string Port() { return std::to_string(server_->Port()); }
+  static std::string OdbcText() {
+    return "odbc:Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=" + Port() +
+           ";Database=postgres";
+  }
+  /// `orkrule sql` on the server by its host name; openGauss speaks through this server's driver.
+  static std::vector<std::string> SqlByHost(const std::string& rule) {
+    return {"sql",  "--dialect", "opengauss", "--db",       "127.0.0.1", "--port",
+            Port(), "--user",    "ork",       "--database", "postgres",  rule};
+  }
+
+  static PostgresServer* server_;
+  static bool ready_;
+};
+
+PostgresServer* Server::server_ = nullptr;
+bool Server::ready_ = false;
+
+/// Runs the tool at a terminal of its own where `typed` is typed; returns all that is seen there.
+std::string RunAtTerminal(std::vector<std::string> arguments, const std::string& typed) {
+  int terminal = -1;
+  const pid_t process = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (process == 0) {
+    std::vector<char*> argv{const_cast<char*>(ORKRULE_TOOL)};
+    for (std::string& argument : arguments) argv.push_back(argument.data());
+    argv.push_back(nullptr);
+    setenv("LC_ALL", "C", 1);
+    unsetenv("ORKRULE_PASSWORD");
+    alarm(60);  // ends a tool that waits for more than was typed
+    execv(argv[0], argv.data());
+    _exit(127);
+  }
+  std::string seen;
+  char block[4096];
+  bool asked = false;
+  for (ssize_t count = 0; (count = read(terminal, block, sizeof block)) > 0;) {
+    seen.append(block, static_cast<std::size_t>(count));
+    if (asked || seen.find(": ") == seen.npos) continue;
+    asked = true;
+    EXPECT_EQ(write(terminal, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+  }
+  close(terminal);
+  EXPECT_EQ(WaitForTool(process), 0) << seen;
+  return seen;
+}
+
+}  // namespace
+
+TEST_F(Server, IsReachedByHostPortUserAndDatabase) {
+  const ToolResult result =
+      RunTool(SqlByHost("Stock.Count"), "", {"ORKRULE_PASSWORD=" + kPassword});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.out, "COALESCE(\"Stock\".qty_left,0)\n");
+}
+
+TEST_F(Server, IsReachedByAConnectionString) {
+  const ToolResult result = RunTool({"sql", "--db", OdbcText(), "--user", "ork", "客户.金额 > T.a"},
+                                    "", {"ORKRULE_PASSWORD=" + kPassword});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.out, "isnull([客户].金额,0) > isnull([T].a,0)\n");
+}
+
+TEST_F(Server, LoadsAReportTemplateAsTheEmbeddedDatabaseDoes) {
+  const auto rules = [](const std::string& database) {
+    return RunTool({"sql", "--db", database, "--user", "ork", "--rt", "7", "--file", "-"},
+                   "Header.Total > 1\nsum(Lines.Qty)\nOrders.Amount\n",
+                   {"ORKRULE_PASSWORD=" + kPassword});
+  };
+  const ToolResult embedded = rules(ORKRULE_SAMPLE_DB);
+  const ToolResult served = rules(OdbcText());
+  EXPECT_EQ(served.status, embedded.status) << served.err << embedded.err;
+  EXPECT_EQ(served.out, embedded.out);
+  EXPECT_EQ(served.err, embedded.err);
+}
+
+TEST_F(Server, WithAWrongPasswordIsAnErrorThatDoesNotShowIt) {
+  const ToolResult result = RunTool(SqlByHost("T.a"), "", {"ORKRULE_PASSWORD=wr0ng"});
+  EXPECT_NE(result.status, 0);
+  EXPECT_NE(result.err, "");
+  EXPECT_EQ(result.err.find("wr0ng"), std::string::npos) << result.err;
+}
+
+TEST_F(Server, AsksForThePasswordWithoutShowingIt) {
+  std::vector<std::string> arguments = SqlByHost("T.a");
+  arguments.insert(arguments.end() - 1, "--ask-password");
+  const std::string seen = RunAtTerminal(arguments, kPassword + "\n");
+  EXPECT_EQ(seen, "Password: \r\nCOALESCE(\"T\".a,0)\r\n");
+}
+
+TEST_F(Server, ServesBatchLines) {
+  nlohmann::ordered_json connect = {{"op", "Connect"}, {"server", OdbcText()},
+                                    {"dbArgA", "ork"}, {"dbArgC", kPassword},
+                                    {"dsType", 0},     {"flagB", true}};
+  const auto answers =
+      RunBatch({connect.dump(), R"({"op":"Translate","type":1,"expression":"Orders.Amount + 1"})"});
+  ASSERT_EQ(answers.size(), 2u);
+  EXPECT_EQ(answers[1]["a"], "isnull([Orders].Amount,0) + 1") << answers[1];
+}
