@@ -6,5 +6,9 @@
 
 #include "foundation/Text.h"
 
-inline std::string U8(std::u16string_view text) { return ORKBASE::WideToUtf8(text); }
-inline std::u16string U16(std::string_view text) { return ORKBASE::Utf8ToWide(text); }
+inline std::string U8(std::u16string_view text) {
+  return ORKBASE::WideToUtf8(text);
+}
+inline std::u16string U16(std::string_view text) {
+  return ORKBASE::Utf8ToWide(text);
+}
