@@ -194,7 +194,7 @@ void Tag::ReplaceBy(Tag other) {
 Tag Tag::DeepCopy() const {
   if (!node_) return {};
   const auto copyOne = [this](const TagNode& from) {
-    auto* to = tree_->arena_.Make<TagNode>(from.text, from.isElement);
+    auto* to = tree_->arena_.Make<TagNode>(from.text, from.isElement, from.marks);
     tree_->made_ += from.isElement;
     for (const TagAttr* attr = from.attrs; attr; attr = attr->next) {
       HasOwnName(*attr)

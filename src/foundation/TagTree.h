@@ -73,6 +73,7 @@ struct ForeignAttr : TagAttr {
 struct TagNode {
   std::u16string_view text;  ///< name of the element, or what is written, markup and all
   bool isElement = true;
+  std::uint8_t marks = 0;  ///< of the tree's user; copies have them, too
   TagNode* parent = nullptr;
   TagNode* previous = nullptr;
   TagNode* next = nullptr;

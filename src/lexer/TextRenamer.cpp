@@ -22,38 +22,56 @@ bool ReplaceInToken(std::u16string& token, std::u16string_view from, std::u16str
   return true;
 }
 
-bool ChangeTable(std::u16string& token, const RenamePair& pair, const NameQuotes& quotes) {
-  const std::u16string head = Joined(pair.from, u".", u"");
-  if (token.starts_with(head)) {
-    token.replace(0, head.size(), Joined(pair.to, u".", u""));
+/// The three ways in which a token names a table, old and new.
+struct TableRename {
+  std::u16string head, newHead;            ///< `table.`
+  std::u16string inner, newInner;          ///< `.table.`
+  std::u16string bracketed, newBracketed;  ///< `[table]`
+};
+
+std::vector<TableRename> ReadTableRenames(std::u16string_view list, const NameQuotes& quotes) {
+  std::vector<TableRename> renames;
+  for (const RenamePair& pair : ReadRenames(list)) {
+    renames.push_back({Joined(pair.from, u".", u""), Joined(pair.to, u".", u""),
+                       Joined(u".", pair.from, u"."), Joined(u".", pair.to, u"."),
+                       Joined(quotes.open, pair.from, quotes.close),
+                       Joined(quotes.open, pair.to, quotes.close)});
+  }
+  return renames;
+}
+
+bool ChangeTable(std::u16string& token, const TableRename& rename) {
+  if (token.starts_with(rename.head)) {
+    token.replace(0, rename.head.size(), rename.newHead);
     return true;
   }
-  return ReplaceInToken(token, Joined(u".", pair.from, u"."), Joined(u".", pair.to, u".")) ||
-         ReplaceInToken(token, Joined(quotes.open, pair.from, quotes.close),
-                        Joined(quotes.open, pair.to, quotes.close));
+  return ReplaceInToken(token, rename.inner, rename.newInner) ||
+         ReplaceInToken(token, rename.bracketed, rename.newBracketed);
 }
 
 bool ChangeExpWithNewDtNames(std::vector<std::u16string>& tokens, std::u16string_view list,
                              const NameQuotes& quotes) {
-  const std::vector<RenamePair> pairs = ReadRenames(list);
+  const std::vector<TableRename> renames = ReadTableRenames(list, quotes);
   bool changed = false;
   for (std::u16string& token : tokens) {
     if (IsBlankText(token)) continue;
-    for (const RenamePair& pair : pairs) changed |= ChangeTable(token, pair, quotes);
+    for (const TableRename& rename : renames) changed |= ChangeTable(token, rename);
   }
   return changed;
 }
 
 struct FieldRename {
-  std::u16string_view from;  ///< table.field
-  std::u16string to;         ///< table.newField
+  std::u16string_view from;      ///< `table.field`
+  std::u16string to;             ///< `table.newField`
+  std::u16string tail, newTail;  ///< `.table.field`
 };
 
 std::vector<FieldRename> ReadFieldRenames(std::u16string_view list) {
   std::vector<FieldRename> renames;
   for (const RenamePair& pair : ReadRenames(list)) {
     const std::u16string_view table = pair.from.substr(0, pair.from.find(u'.'));
-    renames.push_back({pair.from, Joined(table, u".", pair.to)});
+    const std::u16string to = Joined(table, u".", pair.to);
+    renames.push_back({pair.from, to, Joined(u".", pair.from, u""), Joined(u".", to, u"")});
   }
   return renames;
 }
@@ -65,10 +83,9 @@ bool ChangeField(std::u16string& token, std::u16string& looked, const FieldRenam
     token = rename.to;
     return true;
   }
-  const std::u16string tail = Joined(u".", rename.from, u"");
-  const std::size_t at = looked.find(tail);
-  if (at == looked.npos || at + tail.size() != looked.size()) return false;
-  looked.replace(at, tail.size(), Joined(u".", rename.to, u""));
+  const std::size_t at = looked.find(rename.tail);
+  if (at == looked.npos || at + rename.tail.size() != looked.size()) return false;
+  looked.replace(at, rename.tail.size(), rename.newTail);
   token = looked;
   return true;
 }

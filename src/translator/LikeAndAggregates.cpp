@@ -1,35 +1,21 @@
 // `like`, whose pattern gets wild cards unless the rule wrote one, and the distinct count.
+#include "translator/Insides.h"
 #include "translator/MxSql92Translator.h"
 
 namespace ORKBASE {
-namespace {
-
-constexpr std::u16string_view kWildCard = u"%";
-
-bool HoldsWildCard(std::u16string_view text) noexcept {
-  return text.find(kWildCard) != text.npos;
-}
-
-/// Any "%" in a constant, or in the text of any part of an expression: also the modulo operator.
-bool HasWildCard(Tag pattern) {
-  if (pattern.GetInt(Attr::kSymbol) == kConstantSymbol)
-    return HoldsWildCard(pattern.Get(Attr::kText));
-  for (Tag tag = pattern; tag; tag = tag.NextInDocument(pattern)) {
-    if (HoldsWildCard(tag.GetPlain(Attr::kText))) return true;
-  }
-  return false;
-}
-
-}  // namespace
-
 /// `a  like  ('%' + b + '%')`.
 Tag MxSql92Translator::TransLike(Tag node) {
   const Tag field = node.FirstChild();
   if (!field) return {};
+  SearchInside(node);
   const Tag pattern = field.Next();
   Tag made = MakeWithHead(node, u" like ");
   made.AddChild(field);
-  if (HasWildCard(pattern)) {
+  // In a constant, or anywhere in an expression: there the modulo operator counts, too.
+  const bool hasWildCard = pattern.GetInt(Attr::kSymbol) == kConstantSymbol
+                               ? HoldsWildCard(pattern.Get(Attr::kText))
+                               : Holds(pattern, kWildCardInside);
+  if (hasWildCard) {
     made.AddChild(pattern);
     return made;
   }

@@ -5,8 +5,8 @@
 
 #include "dictionary/MxDictionarys.h"
 #include "foundation/Format.h"
+#include "translator/Insides.h"
 #include "translator/MxSql92Translator.h"
-#include "translator/NumberTest.h"
 
 namespace ORKBASE {
 namespace {
@@ -15,13 +15,6 @@ constexpr std::u16string_view kIsNullLetters = u"isnull(";
 
 bool IsFieldSymbol(std::int32_t symbol) noexcept {
   return symbol == kDataFieldSymbol || symbol == kCAXFieldSymbol || symbol == kReportFieldSymbol;
-}
-
-bool IsField(Tag tag) {
-  for (const std::int32_t symbol : {kReportFieldSymbol, kDataFieldSymbol, kCAXFieldSymbol}) {
-    if (EqualsNumber(tag.GetPlain(Attr::kSymbol), symbol)) return true;
-  }
-  return false;
 }
 
 /// The table in front of the column of a field's text. The is-null form is taken for granted by its
@@ -68,17 +61,21 @@ Tag MxSql92Translator::TransSwitch(Tag node) {
   const std::int32_t count = node.ChildCount();
   if (count == 0) return {};
   Tag made = MakeNode(kOpNotSymbol, kNoDataType, u"case");
+  Tag argument = node.FirstChild();
   for (std::int32_t i = 1; i <= count; ++i) {
+    const Tag next = argument.Next();
     const std::u16string_view keyword = i % 2 == 0 ? u" then " : i == count ? u" else " : u" when ";
     Tag branch = MakeNode(kOpNotSymbol, kNoDataType, keyword);
     made.AddChild(branch);
-    branch.AddChild(node.FirstChild());
+    branch.AddChild(argument);
+    argument = next;
   }
   made.AddChild(MakeNode(kOpNotSymbol, kNoDataType, u" end "));
   return made;
 }
 
 Tag MxSql92Translator::TransThisSet(Tag node) {
+  SearchInside(node);
   const auto addTable = [this](Tag field, FromList& lists) {
     const std::u16string_view table = TableOf(field.Get(Attr::kText));
     if (lists.seen.Has(table)) return;
@@ -97,15 +94,19 @@ Tag MxSql92Translator::TransThisSet(Tag node) {
       addTable(member, lists);
       member.Set(Attr::kInSubQry, 1);
     } else if (symbol != kConstantSymbol) {
-      Tag marked;  // what lies below a marked field is not marked again
-      for (Tag at = member; at; at = at.NextInDocument(member)) {
+      bool below = false;  // a marked field: what lies there is not marked again
+      Tag behind;
+      const auto next = [member](Tag at) {
+        return Holds(at, kFieldInside) ? at.NextInDocument(member) : at.NextBehind(member);
+      };
+      for (Tag at = member; at; at = next(at)) {
+        if (at == behind) below = false;
         if (!IsField(at)) continue;
         addTable(at, lists);
-        bool below = false;
-        for (Tag up = at.Parent(); up && marked; up = up.Parent()) below |= up == marked;
         if (below) continue;
         at.Set(Attr::kInSubQry, 1);
-        marked = at;
+        below = true;
+        behind = at.NextBehind(member);
       }
     }
     Tag select = MakeNode(kSubQuerySymbol, kNoDataType, u"select ");
@@ -118,7 +119,9 @@ Tag MxSql92Translator::TransThisSet(Tag node) {
   };
 
   Tag result;
-  while (const Tag member = node.FirstChild()) {
+  Tag next;
+  for (Tag member = node.FirstChild(); member; member = next) {
+    next = member.Next();
     Tag select = selectOf(member);
     if (result) {
       Tag both = MakeNode(kOpComposeSymbol, kNoDataType, u" union ");

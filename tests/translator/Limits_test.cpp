@@ -1,4 +1,5 @@
 // Translating what is very deep or very large.
+#include "CpuSeconds.h"
 #include "SampleDatabase.h"
 #include "ScopedLanguage.h"
 #include "SmallThread.h"
@@ -100,6 +101,50 @@ TEST_F(TranslationLimits, HandledFunctionsAHundredThousandDeep) {
     EXPECT_TRUE(Sql(rules, document) ==
                 U8(Repeated(u"count(distinct  ", kDepth)) + "1" + U8(Repeated(u")", kDepth)));
   });
+}
+
+// Handlers that look at all that stands below them do not look there again and again.
+TEST_F(TranslationLimits, SearchesBelowNodesAHundredThousandDeep) {
+  constexpr int kDepth = 100'000;
+  struct Row {
+    const char16_t* open;
+    const char16_t* last;
+    const char16_t* close;
+    std::string sql;
+  };
+  const auto times = [](const char16_t* text) { return U8(Repeated(text, kDepth)); };
+  const Row rows[] = {
+      {u"<tag primary='like' symbol='19' semanticType='0'><tag primary='a'/>",
+       u"<tag primary='b'/>", u"</tag>", times(u"a  like  ('%' + ") + "b" + times(u" + '%')")},
+      {u"<tag primary='like' symbol='19' semanticType='0'><tag primary='a'/>",
+       u"<tag primary='%'/>", u"</tag>", times(u"a  like  ") + "%"},
+      {u"<tag primary='switch' symbol='27' semanticType='1'>", u"<tag primary='b'/>", u"</tag>",
+       times(u"case  else  ") + "b" + times(u"  end ")},
+  };
+  for (const Row& row : rows) {
+    const std::u16string document =
+        Repeated(row.open, kDepth) + row.last + Repeated(row.close, kDepth);
+    OnSmallThread([&] {
+      const CpuSeconds time;
+      MxExpression rules;
+      const std::string sql = Sql(rules, document);
+      EXPECT_TRUE(sql == row.sql) << sql.substr(0, 200);
+      EXPECT_LT(time.Used(), 30);
+    });
+  }
+}
+
+TEST_F(TranslationLimits, CallsOfTenThousandArguments) {
+  const CpuSeconds time;
+  const std::u16string branches = Repeated(u"T.a > 1, 2, ", 10'000);
+  EXPECT_TRUE(Sql(rules_, Verified(kNumDataType, u"switch(" + branches + u"3)")) ==
+              "case" + U8(Repeated(u"  when  isnull([T].a,0) > 1  then  2", 10'000)) +
+                  "  else  3  end ");
+  const std::u16string members = Repeated(u"T.a + 1, ", 10'000);
+  EXPECT_NE(Sql(rules_, Verified(kLogicDataType, u"T.a in thisSet(" + members + u"2)")), "");
+  const std::u16string terms = Repeated(u"T.a + ", 30'000);
+  EXPECT_NE(Sql(rules_, Verified(kLogicDataType, u"T.a in thisSet(" + terms + u"2)")), "");
+  EXPECT_LT(time.Used(), 30);
 }
 
 TEST_F(TranslationLimits, ArgumentsThatAreCopiedAHundredThousandDeep) {
