@@ -12,7 +12,7 @@ TEST(Arena, GivesMemoryThatIsAlignedAndApart) {
   Arena arena;
   std::vector<std::pair<unsigned char*, std::size_t>> given;
   for (std::size_t i = 0; i < 2000; ++i) {
-    const std::size_t bytes = i * 7 % 300;
+    const std::size_t bytes = 1 + i * 7 % 300;
     const std::size_t alignment = std::size_t{1} << (i % 5);
     auto* at = static_cast<unsigned char*>(arena.Allocate(bytes, alignment));
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(at) % alignment, 0u);
