@@ -45,6 +45,22 @@ void Silence(xmlSAXHandler& sax) {
   sax.ignorableWhitespace = sax.characters;  // kept, whatever the host wants of its own documents
 }
 
+/// Errors of an encoder go past the parser, to the error function of the thread. This puts a silent
+/// one in the place of the host's and gives it back.
+class SilentThread {
+ public:
+  SilentThread() : function_(xmlStructuredError), context_(xmlStructuredErrorContext) {
+    xmlSetStructuredErrorFunc(nullptr, IgnoreStructured);
+  }
+  SilentThread(const SilentThread&) = delete;
+  SilentThread& operator=(const SilentThread&) = delete;
+  ~SilentThread() { xmlSetStructuredErrorFunc(context_, function_); }
+
+ private:
+  xmlStructuredErrorFunc function_;
+  void* context_;
+};
+
 }  // namespace
 
 void XmlDocDeleter::operator()(_xmlDoc* doc) const noexcept {
@@ -96,6 +112,7 @@ bool RunXmlParser(_xmlParserCtxt& context, const std::string& utf8) {
 
 XmlDocPtr ParseXml(const std::string& utf8) {
   const KeepLastXmlError keep;
+  const SilentThread silent;
   if (utf8.size() > std::numeric_limits<int>::max()) return nullptr;
   // With an input buffer: a declaration of another encoding is believed, whatever the bytes are.
   const XmlContextPtr context(

@@ -313,6 +313,7 @@ TEST(MxXmlDoc, NeitherChangesNorHeedsWhatTheHostHasSet) {
   MxXmlDoc doc;
   EXPECT_EQ(doc.Load(u"<a><b></a>"), 1);
   EXPECT_EQ(doc.Load(u"<a x='&no;'/>"), 1);
+  EXPECT_EQ(doc.Load(u"<?xml version='1.0' encoding='GBK'?><a x='\u7EBF'/>"), 1);
   ASSERT_EQ(doc.Load(u"<a>  <b/>  </a>"), 0);
   EXPECT_FALSE(doc.Find(u"//a["));
   EXPECT_EQ(U8(doc.ToText()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a>  <b/>  </a>\n");
@@ -349,6 +350,11 @@ TEST(MxXmlDoc, PrintsNothing) {
   EXPECT_EQ(doc.Load(u"<a><b></a>"), 1);
   EXPECT_EQ(doc.Load(u"<a x='&no;'>&no;</a>"), 1);
   EXPECT_EQ(doc.Load(u"<?xml version='1.0' encoding='nosuch'?><a p:x='1'>"), 1);
+  for (const char16_t* encoding : {u"GBK", u"gb2312", u"Big5", u"EUC-JP", u"Shift_JIS", u"UTF-16",
+                                   u"UTF-7", u"us-ascii", u"EBCDIC", u"ISO-2022-JP"}) {
+    doc.Load(u"<?xml version='1.0' encoding='" + std::u16string(encoding) +
+             u"'?><a x='\u7EBF\u00E9' y='\u7EBF'>\u5BA2</a>");
+  }
   doc.Load(u"<!DOCTYPE a SYSTEM 'file:///nosuch'><a/>");
   EXPECT_FALSE(doc.Find(u"//a["));
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
