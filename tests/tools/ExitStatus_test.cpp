@@ -10,8 +10,6 @@
 
 namespace {
 
-const std::string kDb = ORKRULE_SAMPLE_DB;
-
 TEST(ExitStatus, TellsWhatHappened) {
   struct Row {
     int status;
@@ -26,7 +24,7 @@ TEST(ExitStatus, TellsWhatHappened) {
       {1, {"sql", "foo"}},
       {1, {"sql", "--type", "99", "1"}},
       {1, {"verify", "--type", "date", "1"}},
-      {1, {"sql", "--db", kDb, "Nowhere.x"}},
+      {1, {"sql", "--db", kSampleDb, "Nowhere.x"}},
       {2, {}},
       {2, {"nonsense"}},
       {2, {"sql", "--nonsense", "1"}},
@@ -52,7 +50,7 @@ TEST(ExitStatus, TellsWhatHappened) {
       {3, {"sql", "--db", "nowhere.db", "1"}},
       {3, {"sql", "--db", "sqlite:/nowhere/shop.db", "T.a"}},
       {3, {"sql", "--cax", "1=/nowhere/cax.xml", "1"}},
-      {3, {"sql", "--db", kDb, "--tables", "Nowhere", "1"}},
+      {3, {"sql", "--db", kSampleDb, "--tables", "Nowhere", "1"}},
       // clang-format on
   };
   for (const Row& row : rows) {

@@ -77,8 +77,6 @@ std::string RunAtTerminal(std::vector<std::string> arguments, const std::string&
   return seen;
 }
 
-}  // namespace
-
 TEST_F(Server, IsReachedByHostPortUserAndDatabase) {
   const ToolResult result =
       RunTool(SqlByHost("Stock.Count"), "", {"ORKRULE_PASSWORD=" + kPassword});
@@ -129,3 +127,5 @@ TEST_F(Server, ServesBatchLines) {
   ASSERT_EQ(answers.size(), 2u);
   EXPECT_EQ(answers[1]["a"], "isnull([Orders].Amount,0) + 1") << answers[1];
 }
+
+}  // namespace

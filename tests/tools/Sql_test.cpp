@@ -8,8 +8,6 @@
 
 namespace {
 
-const std::string kDb = ORKRULE_SAMPLE_DB;
-
 TEST(Sql, TranslatesFieldsOfTheSampleDatabase) {
   struct Row {
     const char* type;
@@ -27,15 +25,15 @@ TEST(Sql, TranslatesFieldsOfTheSampleDatabase) {
       // clang-format on
   };
   for (const Row& row : rows) {
-    const ToolResult result = RunTool({"sql", "--db", kDb, "--type", row.type, row.rule});
+    const ToolResult result = RunTool({"sql", "--db", kSampleDb, "--type", row.type, row.rule});
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, std::string(row.sql) + "\n") << row.rule;
   }
 }
 
 TEST(Sql, TakesModes) {
-  EXPECT_EQ(RunTool({"sql", "--db", kDb, "--no-is-null", "T.a + 1"}).out, "[T].a + 1\n");
-  EXPECT_EQ(RunTool({"sql", "--db", "sqlite:" + kDb, "--tables", "T,Orders", "T.a"}).out,
+  EXPECT_EQ(RunTool({"sql", "--db", kSampleDb, "--no-is-null", "T.a + 1"}).out, "[T].a + 1\n");
+  EXPECT_EQ(RunTool({"sql", "--db", "sqlite:" + kSampleDb, "--tables", "T,Orders", "T.a"}).out,
             "isnull([T].a,0)\n");
 }
 
@@ -63,21 +61,23 @@ TEST(Sql, TellsThatAFieldNeedsADatabase) {
   EXPECT_EQ(result.err,
             "orkrule: The word \"T.a\" is unknown. "
             "Nothing can be loaded without a database connection.\n  T.a\n  ^\n");
-  const ToolResult nowhere = RunTool({"verify", "--db", kDb, "--json", "Nowhere.a + 1"});
+  const ToolResult nowhere = RunTool({"verify", "--db", kSampleDb, "--json", "Nowhere.a + 1"});
   EXPECT_EQ(nowhere.Json().at(0).at("error").at("hint"),
             "The data table \"Nowhere\" does not exist or has no fields.");
-  const ToolResult field = RunTool({"verify", "--db", kDb, "--json", "T.nope"});
+  const ToolResult field = RunTool({"verify", "--db", kSampleDb, "--json", "T.nope"});
   EXPECT_FALSE(field.Json().at(0).at("error").contains("hint"));
 }
 
 TEST(Sql, SplitsIntoTwoTexts) {
   const std::string rule = "T.a > 1 and sum(T.b) > 2";
-  const ToolResult human = RunTool({"sql", "--db", kDb, "--type", "logic", "--split", rule});
+  const ToolResult human = RunTool({"sql", "--db", kSampleDb, "--type", "logic", "--split", rule});
   EXPECT_EQ(human.out,
             "where   (isnull([T].a,0) > 1)\n"
             "having  (sum(isnull([T].b,0)) > 2)\n");
   const auto json =
-      RunTool({"sql", "--db", kDb, "--type", "logic", "--split", "--json", rule}).Json().at(0);
+      RunTool({"sql", "--db", kSampleDb, "--type", "logic", "--split", "--json", rule})
+          .Json()
+          .at(0);
   EXPECT_EQ(json.at("rule"), rule);
   EXPECT_EQ(json.at("dialect"), "default");
   EXPECT_EQ(json.at("where"), "(isnull([T].a,0) > 1)");
@@ -87,19 +87,21 @@ TEST(Sql, SplitsIntoTwoTexts) {
 TEST(Sql, ShowsWhatADialectRefuses) {
   const std::string rule = "T.a in thisSet(1,2)";
   const ToolResult one =
-      RunTool({"sql", "--db", kDb, "--type", "logic", "--dialect", "oracle", rule});
+      RunTool({"sql", "--db", kSampleDb, "--type", "logic", "--dialect", "oracle", rule});
   EXPECT_EQ(one.status, 1);
   EXPECT_EQ(one.out, "");
   EXPECT_EQ(one.err, "orkrule: This database does not support thisSet.\n  " + rule + "\n");
 
-  const ToolResult all = RunTool({"sql", "--db", kDb, "--type", "logic", "--dialect", "all", rule});
+  const ToolResult all =
+      RunTool({"sql", "--db", kSampleDb, "--type", "logic", "--dialect", "all", rule});
   EXPECT_EQ(all.status, 1);
   EXPECT_NE(all.out.find("\noracle     refused: This database does not support thisSet.\ndm "),
             all.out.npos)
       << all.out;
 
   const auto json =
-      RunTool({"sql", "--db", kDb, "--type", "logic", "--dialect", "all", "--json", rule}).Json();
+      RunTool({"sql", "--db", kSampleDb, "--type", "logic", "--dialect", "all", "--json", rule})
+          .Json();
   ASSERT_EQ(json.size(), 1u);
   ASSERT_EQ(json[0].at("dialects").size(), 5u);
   EXPECT_EQ(json[0]["dialects"][1].at("dialect"), "oracle");
@@ -152,11 +154,11 @@ TEST(Sql, LoadsCadDocuments) {
 }
 
 TEST(Sql, TakesValuesAndConditionsWhereNoTypeIsNamed) {
-  const ToolResult both = RunTool({"sql", "--db", kDb}, "T.a + 1\nT.a > 1\n");
+  const ToolResult both = RunTool({"sql", "--db", kSampleDb}, "T.a + 1\nT.a > 1\n");
   EXPECT_EQ(both.status, 0) << both.err;
   EXPECT_EQ(both.out, "isnull([T].a,0) + 1\nisnull([T].a,0) > 1\n");
   // Both readings fail; the one that got further tells why. As a value the rule ends at ">".
-  const ToolResult refused = RunTool({"sql", "--db", kDb, "T.a > )"});
+  const ToolResult refused = RunTool({"sql", "--db", kSampleDb, "T.a > )"});
   EXPECT_EQ(refused.status, 1);
   EXPECT_NE(refused.err.find("  T.a > )\n        ^\n"), refused.err.npos) << refused.err;
 }

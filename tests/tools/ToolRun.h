@@ -7,6 +7,9 @@
 
 #include <nlohmann/json.hpp>
 
+/// Path of the sample database.
+inline const std::string kSampleDb = ORKRULE_SAMPLE_DB;
+
 struct ToolResult {
   int status = -1;  ///< exit status; -1 when the tool was ended by a signal
   std::string out;

@@ -7,8 +7,6 @@
 
 namespace {
 
-const std::string kDb = ORKRULE_SAMPLE_DB;
-
 TEST(Uses, LooksAtTheText) {
   const ToolResult result =
       RunTool({"uses", "--tables", "T1,T2"}, "t1.a + 1\n[T2].a\na.b.c\nT3.a > (\n");
@@ -19,11 +17,12 @@ TEST(Uses, LooksAtTheText) {
 }
 
 TEST(Strip, CutsTablesOut) {
-  const ToolResult result = RunTool({"strip", "--db", kDb, "--type", "logic", "--tables", "Orders"},
-                                    "Orders.Amount > 1 and T.a > 2\nOrders.Amount > 1\nT.a > 2\n");
+  const ToolResult result =
+      RunTool({"strip", "--db", kSampleDb, "--type", "logic", "--tables", "Orders"},
+              "Orders.Amount > 1 and T.a > 2\nOrders.Amount > 1\nT.a > 2\n");
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.out, "T.a > 2\n\nT.a > 2\n");
-  const ToolResult refused = RunTool({"strip", "--db", kDb, "--tables", "T", "1 + foo"});
+  const ToolResult refused = RunTool({"strip", "--db", kSampleDb, "--tables", "T", "1 + foo"});
   EXPECT_EQ(refused.status, 1);
   EXPECT_EQ(refused.err, "orkrule: The word \"foo\" is unknown.\n  1 + foo\n      ^\n");
 }
@@ -42,26 +41,27 @@ TEST(Rename, CarriesNamesIntoRules) {
 }
 
 TEST(Rename, ChecksTheRenamedRules) {
-  const ToolResult value = RunTool({"rename", "--db", kDb, "--check", "--type", "any", "--tables",
-                                    "Orders:Sales", "--fields", "Sales.Qty:Pieces"},
+  const ToolResult value = RunTool({"rename", "--db", kSampleDb, "--check", "--type", "any",
+                                    "--tables", "Orders:Sales", "--fields", "Sales.Qty:Pieces"},
                                    "Orders.Amount > Orders.Qty\nT.a + 1\n");
   EXPECT_EQ(value.status, 1);  // `any` is no condition
-  const ToolResult either = RunTool({"rename", "--db", kDb, "--check", "--tables", "Orders:Sales",
-                                     "--fields", "Sales.Qty:Pieces"},
+  const ToolResult either = RunTool({"rename", "--db", kSampleDb, "--check", "--tables",
+                                     "Orders:Sales", "--fields", "Sales.Qty:Pieces"},
                                     "Orders.Amount > Orders.Qty\nT.a + 1\n");
   EXPECT_EQ(either.status, 0) << either.err;
-  const ToolResult logic = RunTool({"rename", "--db", kDb, "--check", "--type", "logic", "--tables",
-                                    "Orders:Sales", "--fields", "Sales.Qty:Pieces"},
+  const ToolResult logic = RunTool({"rename", "--db", kSampleDb, "--check", "--type", "logic",
+                                    "--tables", "Orders:Sales", "--fields", "Sales.Qty:Pieces"},
                                    "Orders.Amount > Orders.Qty\nT.a > 1\n");
   EXPECT_EQ(logic.status, 0) << logic.err;
   EXPECT_EQ(logic.out, "Sales.Amount > Sales.Pieces\nT.a > 1\n");
   // Two tables that exchange their names.
-  const ToolResult exchanged = RunTool(
-      {"rename", "--db", kDb, "--check", "--tables", "Orders:x,T:Orders,x:T"}, "Orders.Amount\n");
+  const ToolResult exchanged =
+      RunTool({"rename", "--db", kSampleDb, "--check", "--tables", "Orders:x,T:Orders,x:T"},
+              "Orders.Amount\n");
   EXPECT_EQ(exchanged.out, "T.Amount\n");
   // A rule that names the table in another case is not renamed, and finds no table any more.
-  const ToolResult lost =
-      RunTool({"rename", "--db", kDb, "--check", "--tables", "Orders:Sales", "orders.Amount + 1"});
+  const ToolResult lost = RunTool(
+      {"rename", "--db", kSampleDb, "--check", "--tables", "Orders:Sales", "orders.Amount + 1"});
   EXPECT_EQ(lost.status, 1);
   EXPECT_NE(lost.err.find("  orders.Amount + 1\n  ^\n"), lost.err.npos) << lost.err;
 }
