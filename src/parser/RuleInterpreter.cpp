@@ -217,18 +217,18 @@ void RuleInterpreter::LeaveGroup(Attempt& attempt, const GrammarItem& group) {
 }
 
 void RuleInterpreter::Succeed() {
-  const Attempt attempt = attempts_.back();
-  attempts_.pop_back();
+  const Attempt& attempt = attempts_.back();
   nesting_ -= attempt.opened;
+  // Most rules pass the one node of another on; it stays where it is.
   const std::span<const ShapeIndex> gathered = std::span(nodes_).subspan(attempt.nodes);
-  const ShapeIndex shape = shapes_.ComposeToTree(gathered, attempt.rule->semanticType);
-  nodes_.resize(attempt.nodes);
-  if (attempt.rule->remembered) Remember(attempt.ruleIndex, attempt.start, position_, shape);
-  if (attempts_.empty()) {
-    nodes_.push_back(shape);
-  } else {
-    Deliver(shape);
+  if (gathered.size() > 1) {
+    nodes_[attempt.nodes] = shapes_.ComposeToTree(gathered, attempt.rule->semanticType);
+    nodes_.resize(attempt.nodes + std::size_t{1});
   }
+  if (attempt.rule->remembered)
+    Remember(attempt.ruleIndex, attempt.start, position_, nodes_.back());
+  attempts_.pop_back();
+  if (!attempts_.empty()) ++attempts_.back().item;
 }
 
 /// The item at work does not match: the attempt goes on behind a group or with its next
