@@ -4,12 +4,12 @@
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/common.sh"
 
 out=build/bench
-repetitions=${REPETITIONS:-9}
+repetitions=${REPETITIONS:-25}
 
 # measure name: times in interleaved repetitions, so that a slow spell of the machine meets all.
 measure() {
   say "Measuring: $1"
-  "$out/bin/bench_$1" --benchmark_repetitions="$repetitions" --benchmark_min_time=0.02 \
+  "$out/bin/bench_$1" --benchmark_repetitions="$repetitions" --benchmark_min_time=0.01 \
     --benchmark_enable_random_interleaving=true --benchmark_out="$out/$1.json" \
     --benchmark_out_format=json >"$out/$1.log" 2>&1 || { cat "$out/$1.log" >&2; die "bench_$1"; }
 }
