@@ -3,7 +3,7 @@
 #include "platform/OdbcAccessor.h"
 
 #include "AccessorCalls.h"
-#include "PostgresServer.h"
+#include "PostgresSuite.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -80,33 +80,15 @@ class SilentPort {
   std::int32_t port_ = 0;
 };
 
-class OdbcAccessorServer : public testing::Test {
+class OdbcAccessorServer : public PostgresSuite {
  protected:
-  static void SetUpTestSuite() {
-    if (!PostgresServer::IsInstalled()) return;
-    server_ = new PostgresServer;
-    ready_ = server_->Start() && server_->Run(kViews);
-  }
-  static void TearDownTestSuite() {
-    delete server_;
-    server_ = nullptr;
-  }
-  void SetUp() override {
-    if (server_ == nullptr) GTEST_SKIP() << "package postgresql-15 is not installed";
-    ASSERT_TRUE(ready_) << server_->Problem();
-  }
+  static void SetUpTestSuite() { StartServer(kViews); }
 
   static std::unique_ptr<CDBAccessor> Connect() {
     return MakeAccessor(ConnectionText(server_->Port()), U16(PostgresServer::User()),
                         U16(PostgresServer::Password()));
   }
-
-  static PostgresServer* server_;
-  static bool ready_;
 };
-
-PostgresServer* OdbcAccessorServer::server_ = nullptr;
-bool OdbcAccessorServer::ready_ = false;
 
 }  // namespace
 

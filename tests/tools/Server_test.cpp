@@ -1,6 +1,5 @@
 // The tool on a metadata database behind a server: the sample database in a PostgreSQL of its own.
-// Without that server's package these tests are skipped.
-#include "PostgresServer.h"
+#include "PostgresSuite.h"
 #include "SampleDatabase.h"
 #include "ToolRun.h"
 
@@ -15,21 +14,9 @@ namespace {
 
 const std::string kPassword = PostgresServer::Password();
 
-class Server : public testing::Test {
+class Server : public PostgresSuite {
  protected:
-  static void SetUpTestSuite() {
-    if (!PostgresServer::IsInstalled()) return;
-    server_ = new PostgresServer;
-    ready_ = server_->Start() && server_->Run(SourceText("examples/shop.sql"));
-  }
-  static void TearDownTestSuite() {
-    delete server_;
-    server_ = nullptr;
-  }
-  void SetUp() override {
-    if (server_ == nullptr) GTEST_SKIP() << "package postgresql-15 is not installed";
-    ASSERT_TRUE(ready_) << server_->Problem();
-  }
+  static void SetUpTestSuite() { StartServer(SourceText("examples/shop.sql")); }
 
   static std::string Port() { return std::to_string(server_->Port()); }
   static std::string OdbcText() {
@@ -41,13 +28,7 @@ class Server : public testing::Test {
     return {"sql",  "--dialect", "opengauss", "--db",       "127.0.0.1", "--port",
             Port(), "--user",    "ork",       "--database", "postgres",  rule};
   }
-
-  static PostgresServer* server_;
-  static bool ready_;
 };
-
-PostgresServer* Server::server_ = nullptr;
-bool Server::ready_ = false;
 
 /// Runs the tool at a terminal of its own where `typed` is typed; returns all that is seen there.
 std::string RunAtTerminal(std::vector<std::string> arguments, const std::string& typed) {

@@ -37,6 +37,22 @@ TEST(Sql, TakesModes) {
             "isnull([T].a,0)\n");
 }
 
+TEST(Sql, TakesReportTemplatesAndTheirModes) {
+  const auto sql = [](std::vector<std::string> options, const char* rule) {
+    std::vector<std::string> arguments = {"sql", "--db", kSampleDb, "--rt", "7", "--no-is-null"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.emplace_back(rule);
+    const ToolResult result = RunTool(arguments);
+    EXPECT_EQ(result.status, 0) << result.err;
+    return result.out;
+  };
+  EXPECT_EQ(sql({}, "thisReport.Header.Total * 2"), "<F1604> * 2\n");
+  EXPECT_EQ(sql({}, "thisReport.Lines.Qty > 1"), "#t_7_repvar_72.F1702 > 1\n");
+  EXPECT_EQ(sql({"--rt-id", "x9"}, "thisReport.Lines.Qty > 1"), "#t_x9_repvar_72.F1702 > 1\n");
+  EXPECT_EQ(sql({"--rt-id", ""}, "thisReport.Lines.Qty > 1"), "#t__repvar_72.F1702 > 1\n");
+  EXPECT_EQ(sql({"--form-data-in", "1"}, "thisReport.Header.Total"), "t_7_thisCaseVar_71.Total\n");
+}
+
 TEST(Sql, PrintsDialectsUnderEachOther) {
   const ToolResult result =
       RunTool({"sql", "--type", "text", "--dialect", "all", "toLower('A') & 'b'"});
