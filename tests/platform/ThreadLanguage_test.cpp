@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <string>
 #include <thread>
 
@@ -137,23 +136,6 @@ TEST(ThreadLanguage, FollowsTheLocaleOfTheProcess) {
   EXPECT_EQ(ThreadLanguageId(), 0x0804);
   EXPECT_EQ(U8(ThreadLanguage()), "zh-CN");
   setlocale(LC_ALL, before.c_str());
-}
-
-// A text costs 0.1 us; opening the file or reading a locale's name anew would cost 20 us and more.
-// The best of some batches, so that a busy machine does not matter; the bound has room for a
-// sanitizer.
-TEST(ThreadLanguage, IsCheapToAskFor) {
-  using Clock = std::chrono::steady_clock;
-  constexpr int kTexts = 1000;
-  auto best = Clock::duration::max();
-  std::size_t length = 0;
-  for (int batch = 0; batch < 10; ++batch) {
-    const auto start = Clock::now();
-    for (int i = 0; i < kTexts; ++i) length += MessageText(kMsgUnknownWord + i % 4).size();
-    best = std::min(best, Clock::now() - start);
-  }
-  EXPECT_GT(length, 10U * kTexts);
-  EXPECT_LT(best / kTexts, std::chrono::microseconds(15));
 }
 
 }  // namespace
