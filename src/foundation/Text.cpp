@@ -141,8 +141,7 @@ std::u16string ReplaceAll(std::u16string_view text, std::u16string_view from,
 }
 
 bool IsBlankText(std::u16string_view text) noexcept {
-  return std::all_of(text.begin(), text.end(),
-                     [](char16_t unit) { return unit == u' ' || unit == u'\n' || unit == u'\r'; });
+  return std::all_of(text.begin(), text.end(), IsBlank);
 }
 
 std::u16string_view TrimBlanks(std::u16string_view text) noexcept {

@@ -36,7 +36,11 @@ bool IsListItem(std::u16string_view list, std::u16string_view item) noexcept;
 std::u16string ReplaceAll(std::u16string_view text, std::u16string_view from,
                           std::u16string_view to);
 
-/// True for an empty text and one of nothing but blanks, line feeds and carriage returns.
+/// A blank, a line feed or a carriage return.
+constexpr bool IsBlank(char16_t unit) noexcept {
+  return unit == u' ' || unit == u'\n' || unit == u'\r';
+}
+/// True for an empty text and one of nothing but blanks.
 bool IsBlankText(std::u16string_view text) noexcept;
 std::u16string_view TrimBlanks(std::u16string_view text) noexcept;
 

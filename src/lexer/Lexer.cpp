@@ -50,19 +50,18 @@ void Lexer::ReadWords(std::u16string_view text, std::vector<WordView>& words,
   for (std::int32_t index = 0; !text.empty(); ++index) {
     const std::u16string_view token = FirstToken(text);
     text.remove_prefix(token.size());
-    if (IsBlankText(token)) continue;
+    if (IsBlank(token.front())) continue;  // and so is the rest
     const bool isCharacter = token.size() == 1 && token.front() < characters.size();
     const MxWord* const known = isCharacter ? characters[token.front()] : nullptr;
     const Recognised found = known ? Recognised{known, {}} : Recognise(token);
     if (isCharacter) characters[token.front()] = found.word;
-    WordView word = found.word ? ViewOf(*found.word) : UnknownWord(token);
+    WordView& word = words.emplace_back(found.word ? ViewOf(*found.word) : UnknownWord(token));
     if (!found.postfix.empty()) {
       word.primary =
           composed.emplace_front(std::u16string(found.word->primary).append(found.postfix));
     }
     word.content = token;
     word.token = index;
-    words.push_back(word);
   }
 }
 

@@ -4,15 +4,13 @@
 
 #include <array>
 
+#include "foundation/Text.h"
+
 namespace ORKBASE {
 namespace {
 
 constexpr std::u16string_view kOneCharacter = u"(),+-/\\*=><&%^";
 constexpr std::u16string_view kTwoCharacters[] = {u">=", u"<=", u"<>", u"*=", u"=*"};
-
-constexpr bool IsBlank(char16_t c) noexcept {
-  return c == u' ' || c == u'\n' || c == u'\r';
-}
 
 constexpr std::array<bool, 128> kDelimiters = [] {
   std::array<bool, 128> table{};
