@@ -10,6 +10,8 @@
 namespace ORKBASE {
 namespace {
 
+using Kind = GrammarItem::Kind;
+
 constexpr std::u16string_view kEndsPlainItem = u" <[{(),";
 
 /// End of the item that begins at the start of a text without blanks in front.
@@ -66,6 +68,10 @@ CompiledGrammar::CompiledGrammar() {
     CompileBody(source.body, rule);
     rules_.push_back(rule);
   }
+  startRules_.fill(-1);
+  for (const StartRule& start : StartRules()) {
+    startRules_[static_cast<std::size_t>(start.dataType)] = ruleIndex_.find(start.name)->second;
+  }
   ChooseRemembered();
   FindStarts();
 }
@@ -73,41 +79,43 @@ CompiledGrammar::CompiledGrammar() {
 void CompiledGrammar::CompileBody(std::u16string_view body, GrammarRule& rule) {
   rule.firstAlternative = static_cast<std::uint16_t>(alternatives_.size());
   for (const std::u16string_view alternative : SplitText(body, u"|")) {
-    alternatives_.push_back(CompileSequence(alternative, rule.semanticType == kPrefixSemantic));
+    const std::size_t first = CompileSequence(alternative, rule.semanticType == kPrefixSemantic);
+    alternatives_.push_back(static_cast<std::uint16_t>(first));
     ++rule.alternativeCount;
   }
 }
 
-ItemRange CompiledGrammar::CompileSequence(std::u16string_view text, bool isPrefixRule) {
+/// Gives the index of the first item.
+std::size_t CompiledGrammar::CompileSequence(std::u16string_view text, bool isPrefixRule) {
   std::vector<GrammarItem> sequence;
   for (const std::u16string_view item : CutIntoItems(text)) sequence.push_back(CompileItem(item));
   if (isPrefixRule) sequence.front().opens = true;
-  const ItemRange range{static_cast<std::uint16_t>(items_.size()),
-                        static_cast<std::uint16_t>(sequence.size())};
+  sequence.emplace_back();
+  const std::size_t first = items_.size();
   items_.insert(items_.end(), sequence.begin(), sequence.end());
-  return range;
+  return first;
 }
 
 GrammarItem CompiledGrammar::CompileItem(std::u16string_view text) {
   GrammarItem item;
   if (IsGroup(text)) {
-    const ItemRange inner = CompileSequence(text.substr(1, text.size() - 2), false);
-    item.kind = GrammarItem::Kind::kGroup;
-    item.index = static_cast<std::int16_t>(groups_.size());
-    groups_.push_back({inner, text.front() == u'{'});
+    item.kind = Kind::kGroup;
+    item.index = static_cast<std::int16_t>(CompileSequence(text.substr(1, text.size() - 2), false));
+    item.repeats = text.front() == u'{';
     return item;
   }
   if (const auto rule = ruleIndex_.find(text); rule != ruleIndex_.end()) {
-    item.kind = GrammarItem::Kind::kRule;
+    item.kind = Kind::kRule;
     item.index = rule->second;
     return item;
   }
   for (const TerminalSymbol& terminal : TerminalSymbols()) {
     if (terminal.name != text) continue;
-    item.kind = GrammarItem::Kind::kSymbol;
+    item.kind = Kind::kSymbol;
     item.index = static_cast<std::int16_t>(terminal.symbol);
     return item;
   }
+  item.kind = Kind::kLiteral;
   item.index = LiteralIndex(text);
   item.opens = text == u"(";
   item.closes = text == u")";
@@ -135,44 +143,49 @@ std::int16_t CompiledGrammar::LiteralOf(std::u16string_view primary) const {
   return found == literalIndex_.end() ? std::int16_t{-1} : found->second;
 }
 
-std::int16_t CompiledGrammar::StartRuleOf(MXRULE_DATATYPE dataType) const noexcept {
-  for (const StartRule& start : StartRules()) {
-    if (start.dataType == dataType) return ruleIndex_.find(start.name)->second;
-  }
-  return -1;
-}
-
-/// A rule that is named once is tried once wherever the rule that names it is, so only rules named
-/// more often need a memory of their own. Rules of nothing but words are as quick as a look-up.
+/// A rule that one alternative names is tried once wherever that alternative is, so only rules that
+/// several name need a memory of their own. Rules of nothing but words are as quick as a look-up.
 void CompiledGrammar::ChooseRemembered() {
-  std::vector<int> named(rules_.size(), 0);
-  for (const GrammarItem& item : items_) {
-    if (item.kind == GrammarItem::Kind::kRule) ++named[static_cast<std::size_t>(item.index)];
+  std::vector<int> naming(rules_.size(), 0);  // how many alternatives name each
+  for (const std::uint16_t first : alternatives_) {
+    RuleSet named;
+    AddNamed(&items_[first], named);
+    for (std::size_t i = 0; i < rules_.size(); ++i) naming[i] += named.test(i) ? 1 : 0;
   }
   for (std::size_t i = 0; i < rules_.size(); ++i) {
     GrammarRule& rule = rules_[i];
     for (std::size_t a = 0; a < rule.alternativeCount; ++a) {
-      const ItemRange range = alternatives_[rule.firstAlternative + a];
-      for (std::size_t k = 0; k < range.count; ++k) {
-        const auto kind = items_[range.first + k].kind;
-        const bool isWord =
-            kind == GrammarItem::Kind::kLiteral || kind == GrammarItem::Kind::kSymbol;
-        if (named[i] > 1 && !isWord) rule.remembered = true;
+      for (auto item = Alternative(rule, a); item->kind != Kind::kEnd; ++item) {
+        if (naming[i] > 1 && !item->isTerminal()) rule.remembered = true;
       }
     }
     rule.isWord = IsWordRule(rule);
+    rule.operand = OperandOf(rule);
+  }
+}
+
+void CompiledGrammar::AddNamed(const GrammarItem* item, RuleSet& named) const {
+  for (; item->kind != Kind::kEnd; ++item) {
+    if (item->kind == Kind::kRule) named.set(static_cast<std::size_t>(item->index));
+    if (item->kind == Kind::kGroup) AddNamed(FirstOf(*item), named);
   }
 }
 
 bool CompiledGrammar::IsWordRule(const GrammarRule& rule) const noexcept {
   for (std::size_t a = 0; a < rule.alternativeCount; ++a) {
-    const ItemRange range = alternatives_[rule.firstAlternative + a];
-    const GrammarItem& item = items_[range.first];
-    const bool isTerminal =
-        item.kind == GrammarItem::Kind::kLiteral || item.kind == GrammarItem::Kind::kSymbol;
-    if (range.count != 1 || !isTerminal || item.opens || item.closes) return false;
+    const GrammarItem* const item = Alternative(rule, a);
+    if (!item->isTerminal() || item->opens || item->closes) return false;
+    if (item[1].kind != Kind::kEnd) return false;
   }
   return true;
+}
+
+std::int16_t CompiledGrammar::OperandOf(const GrammarRule& rule) const noexcept {
+  const GrammarItem* const items = Alternative(rule, 0);
+  const bool isChain = rule.alternativeCount == 1 && items[0].kind == Kind::kRule &&
+                       items[1].kind == Kind::kGroup && items[1].repeats &&
+                       items[2].kind == Kind::kEnd;
+  return isChain ? items[0].index : std::int16_t{-1};
 }
 
 // --- what rules begin with -----------------------------------------------------------------------
@@ -183,62 +196,53 @@ std::size_t CompiledGrammar::TypeColumn(std::int32_t dataType) noexcept {
              : kTypes - 1;
 }
 
-RuleSet CompiledGrammar::StartedBy(std::int16_t literal, std::int32_t symbol,
-                                   std::int32_t dataType) const noexcept {
-  RuleSet rules;
-  if (literal >= 0) rules = startedByLiteral_[static_cast<std::size_t>(literal)];
-  if (symbol >= 0 && symbol < static_cast<std::int32_t>(RuleStart::kSymbols)) {
-    rules |= startedBySymbol_[static_cast<std::size_t>(symbol)][TypeColumn(dataType)];
-  }
-  return rules;
+const FirstAlternatives& CompiledGrammar::BegunBy(std::int32_t symbol,
+                                                  std::int32_t dataType) const noexcept {
+  if (symbol < 0 || symbol >= static_cast<std::int32_t>(RuleStart::kSymbols)) return BegunBy(-1);
+  return begunBySymbol_[static_cast<std::size_t>(symbol)][TypeColumn(dataType)];
 }
 
 void CompiledGrammar::FindStarts() {
-  startedByLiteral_.resize(literals_.size());
+  FirstAlternatives none;
+  none.fill(kNoAlternative);
+  begunByLiteral_.assign(literals_.size() + 1, none);
+  for (auto& types : begunBySymbol_) types.fill(none);
   starts_.resize(rules_.size());
-  for (std::size_t of = 0; of < rules_.size(); ++of) {
-    starts_[of].typeOfSymbol.fill(-1);
-    RuleSet visited;
-    FindStart(of, of, visited);
+  for (std::size_t i = 0; i < rules_.size(); ++i) {
+    starts_[i].typeOfSymbol.fill(-1);
+    Start start{i, 0, {}};
+    for (; start.alternative < rules_[i].alternativeCount; ++start.alternative) {
+      FindStart(Alternative(rules_[i], start.alternative), rules_[i], start);
+    }
   }
 }
 
-/// In the order of attempts; a second visit would add nothing.
-void CompiledGrammar::FindStart(std::size_t rule, std::size_t of, RuleSet& visited) {
-  if (visited.test(rule)) return;
-  visited.set(rule);
-  for (std::size_t a = 0; a < rules_[rule].alternativeCount; ++a) {
-    FindStart(alternatives_[rules_[rule].firstAlternative + a], rule, of, visited);
-  }
-}
-
-/// A group may be absent, so what stands behind it counts, too.
-void CompiledGrammar::FindStart(ItemRange items, std::size_t rule, std::size_t of,
-                                RuleSet& visited) {
-  for (std::size_t i = 0; i < items.count; ++i) {
-    const GrammarItem& item = items_[items.first + i];
-    switch (item.kind) {
-      case GrammarItem::Kind::kGroup:
-        FindStart(Group(item.index).items, rule, of, visited);
-        continue;
-      case GrammarItem::Kind::kRule:
-        FindStart(static_cast<std::size_t>(item.index), of, visited);
-        return;
-      case GrammarItem::Kind::kSymbol:
-      case GrammarItem::Kind::kLiteral:
-        AddStart(item, rules_[rule], of);
-        return;
+/// Looks on from an item of `rule`, in the order of attempts; a second visit to a rule would add
+/// nothing. A group may be absent, so what stands behind it counts, too.
+void CompiledGrammar::FindStart(const GrammarItem* item, const GrammarRule& rule, Start& start) {
+  for (; item->kind == Kind::kGroup; ++item) FindStart(FirstOf(*item), rule, start);
+  if (item->isTerminal()) {
+    AddStart(*item, rule, start);
+  } else if (item->kind == Kind::kRule &&
+             !start.visited.test(static_cast<std::size_t>(item->index))) {
+    start.visited.set(static_cast<std::size_t>(item->index));
+    const GrammarRule& next = Rule(item->index);
+    for (std::size_t a = 0; a < next.alternativeCount; ++a) {
+      FindStart(Alternative(next, a), next, start);
     }
   }
 }
 
 void CompiledGrammar::AddStart(const GrammarItem& terminal, const GrammarRule& rule,
-                               std::size_t of) {
-  RuleStart& start = starts_[of];
+                               const Start& at) {
+  RuleStart& start = starts_[at.rule];
+  const auto enter = [&](FirstAlternatives& begun) {
+    begun[at.rule] = std::min(begun[at.rule], at.alternative);
+  };
   const auto index = static_cast<std::size_t>(terminal.index);
-  if (terminal.kind == GrammarItem::Kind::kLiteral) {
+  if (terminal.kind == Kind::kLiteral) {
     if (start.firstLiteral < 0) start.firstLiteral = terminal.index;
-    startedByLiteral_[index].set(of);
+    enter(begunByLiteral_[index + 1]);
     return;
   }
   if (start.firstSymbol < 0) start.firstSymbol = terminal.index;
@@ -248,7 +252,7 @@ void CompiledGrammar::AddStart(const GrammarItem& terminal, const GrammarRule& r
   for (std::size_t type = 0; type < kTypes; ++type) {
     const auto ofWord = type + 1 < kTypes ? static_cast<std::int32_t>(type) : -1;
     if (!rule.checkDataType || DatatypeCheck(rule.dataType, ofWord)) {
-      startedBySymbol_[index][type].set(of);
+      enter(begunBySymbol_[index][type]);
     }
   }
 }

@@ -20,22 +20,16 @@ struct GrammarItem {
     kRule,     ///< `index` of a rule
     kSymbol,   ///< `index` is the kind of word that must stand here
     kLiteral,  ///< `index` of the word that must stand here
-    kGroup,    ///< `index` of a group
+    kGroup,    ///< `index` of the first item of a group
+    kEnd,      ///< the sequence ends here
   };
-  Kind kind = Kind::kLiteral;
-  bool opens = false;   ///< a bracket, a call, a minus or "not" that stays open behind it
-  bool closes = false;  ///< the closing bracket
+  Kind kind = Kind::kEnd;
+  bool opens = false;    ///< a bracket, a call, a minus or "not" that stays open behind it
+  bool closes = false;   ///< the closing bracket
+  bool repeats = false;  ///< a group that may stand any number of times
   std::int16_t index = 0;
-};
 
-struct ItemRange {
-  std::uint16_t first = 0;
-  std::uint16_t count = 0;
-};
-
-struct GrammarGroup {
-  ItemRange items;
-  bool repeats = false;
+  bool isTerminal() const noexcept { return kind == Kind::kSymbol || kind == Kind::kLiteral; }
 };
 
 struct GrammarRule {
@@ -46,6 +40,8 @@ struct GrammarRule {
   bool checkDataType = false;
   /// Worth remembering at a word position: reached from several places and more than a few words.
   bool remembered = false;
+  /// Of a chain, `<operand>{<operator><operand>}`, the rule of its operands; -1 for other rules.
+  std::int16_t operand = -1;
   /// Nothing but alternatives of one word that opens nothing: a word that can begin it matches it.
   bool isWord = false;
 };
@@ -53,6 +49,10 @@ struct GrammarRule {
 inline constexpr std::size_t kGrammarRules = 127;
 /// A set of rules.
 using RuleSet = std::bitset<kGrammarRules + 1>;
+
+/// Of each rule the first alternative that some word can begin.
+using FirstAlternatives = std::array<std::uint8_t, kGrammarRules>;
+inline constexpr std::uint8_t kNoAlternative = 0xFF;
 
 /// Of the words that a rule can begin with: what an attempt at another word reports.
 struct RuleStart {
@@ -74,19 +74,26 @@ class CompiledGrammar {
   static const CompiledGrammar& Instance();
 
   /// Index of the start rule of a type, -1 where it has none.
-  std::int16_t StartRuleOf(MXRULE_DATATYPE dataType) const noexcept;
+  std::int16_t StartRuleOf(MXRULE_DATATYPE dataType) const noexcept {
+    const auto type = static_cast<std::size_t>(dataType);
+    return type < startRules_.size() ? startRules_[type] : std::int16_t{-1};
+  }
   const GrammarRule& Rule(std::int16_t index) const noexcept {
     return rules_[static_cast<std::size_t>(index)];
   }
-  ItemRange Alternative(std::size_t index) const noexcept { return alternatives_[index]; }
-  const GrammarItem* Items(ItemRange range) const noexcept { return &items_[range.first]; }
-  const GrammarGroup& Group(std::int16_t index) const noexcept {
-    return groups_[static_cast<std::size_t>(index)];
+  /// The first item of an alternative; those behind it follow.
+  const GrammarItem* Alternative(const GrammarRule& rule, std::size_t index) const noexcept {
+    return &items_[alternatives_[rule.firstAlternative + index]];
+  }
+  const GrammarItem* FirstOf(const GrammarItem& group) const noexcept {
+    return &items_[static_cast<std::size_t>(group.index)];
   }
 
-  /// The rules that can begin with a word: its literal (or -1), kind and value type.
-  RuleSet StartedBy(std::int16_t literal, std::int32_t symbol,
-                    std::int32_t dataType) const noexcept;
+  /// What a word begins by its literal (or -1), and by its kind and value type.
+  const FirstAlternatives& BegunBy(std::int16_t literal) const noexcept {
+    return begunByLiteral_[static_cast<std::size_t>(literal + 1)];
+  }
+  const FirstAlternatives& BegunBy(std::int32_t symbol, std::int32_t dataType) const noexcept;
   const RuleStart& StartOf(std::int16_t rule) const noexcept {
     return starts_[static_cast<std::size_t>(rule)];
   }
@@ -98,29 +105,37 @@ class CompiledGrammar {
   }
 
  private:
+  /// An alternative whose first words are looked for.
+  struct Start {
+    std::size_t rule;
+    std::uint8_t alternative;
+    RuleSet visited;
+  };
+
   CompiledGrammar();
   void CompileBody(std::u16string_view body, GrammarRule& rule);
-  ItemRange CompileSequence(std::u16string_view text, bool isPrefixRule);
+  std::size_t CompileSequence(std::u16string_view text, bool isPrefixRule);
   GrammarItem CompileItem(std::u16string_view text);
   std::int16_t LiteralIndex(std::u16string_view text);
   void ChooseRemembered();
+  void AddNamed(const GrammarItem* item, RuleSet& named) const;
   bool IsWordRule(const GrammarRule& rule) const noexcept;
+  std::int16_t OperandOf(const GrammarRule& rule) const noexcept;
   void FindStarts();
-  void FindStart(std::size_t rule, std::size_t of, RuleSet& visited);
-  void FindStart(ItemRange items, std::size_t rule, std::size_t of, RuleSet& visited);
-  void AddStart(const GrammarItem& terminal, const GrammarRule& rule, std::size_t of);
+  void FindStart(const GrammarItem* item, const GrammarRule& rule, Start& start);
+  void AddStart(const GrammarItem& terminal, const GrammarRule& rule, const Start& start);
 
   // Value types of words: those of the enumeration, and one for every other number.
   static constexpr std::size_t kTypes = 12;
   static std::size_t TypeColumn(std::int32_t dataType) noexcept;
 
+  std::array<std::int16_t, kTypes> startRules_;  // -1 for a type without one
   std::vector<RuleStart> starts_;
-  std::vector<RuleSet> startedByLiteral_;
-  std::array<std::array<RuleSet, kTypes>, RuleStart::kSymbols> startedBySymbol_{};
+  std::vector<FirstAlternatives> begunByLiteral_;  // by none first
+  std::array<std::array<FirstAlternatives, kTypes>, RuleStart::kSymbols> begunBySymbol_;
   std::vector<GrammarRule> rules_;
-  std::vector<ItemRange> alternatives_;
+  std::vector<std::uint16_t> alternatives_;  // the first item of each
   std::vector<GrammarItem> items_;
-  std::vector<GrammarGroup> groups_;
   std::vector<std::u16string> literals_;
   KeyMap<std::int16_t> literalIndex_;  ///< by lower-case text
   /// By the first character of literals: a bit for each length.

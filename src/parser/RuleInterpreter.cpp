@@ -1,6 +1,8 @@
 // The interpreter.
 #include "parser/RuleInterpreter.h"
 
+#include <algorithm>
+
 #include "foundation/Format.h"
 #include "foundation/MessageNumbers.h"
 #include "parser/DisplayNames.h"
@@ -8,6 +10,8 @@
 
 namespace ORKBASE {
 namespace {
+
+using Kind = GrammarItem::Kind;
 
 // The lower, the more specific.
 enum Priority : std::int32_t {
@@ -41,149 +45,166 @@ bool RuleInterpreter::ParseExpr(MXRULE_DATATYPE expected, std::span<const WordVi
 
 void RuleInterpreter::Reset(std::span<const WordView> words) {
   words_ = words;
-  literals_.clear();
-  started_.clear();
+  places_.resize(words.size() + 1);
+  Place* place = places_.data();
   for (const WordView& word : words) {
-    literals_.push_back(grammar_.LiteralOf(word.primary));
-    started_.push_back(grammar_.StartedBy(literals_.back(), word.symbol, word.dataType));
+    const std::int16_t literal = grammar_.LiteralOf(word.primary);
+    *place++ = {&grammar_.BegunBy(literal),
+                &grammar_.BegunBy(word.symbol, word.dataType),
+                word.symbol,
+                word.dataType,
+                -1,
+                literal};
   }
+  *place = {&grammar_.BegunBy(-1), &grammar_.BegunBy(-1)};
   attempts_.clear();
   nodes_.clear();
-  remembered_.assign(words.size() + 1, -1);
   memory_.clear();
   shapes_.Reset(words);
   position_ = furthest_ = nesting_ = 0;
-  tooDeep_ = hasCandidate_ = false;
+  tooDeep_ = false;
+  candidate_ = {};
 }
 
 bool RuleInterpreter::Parse(std::int16_t startRule) {
-  Enter(startRule);
+  // Whether the item at work is known to begin at the word at hand.
+  bool begins = false;
+  if (FirstAlternative(startRule) != kNoAlternative) {
+    begins = TakeRule(startRule);
+  } else {
+    ReportStart(startRule);
+  }
   while (!attempts_.empty() && !tooDeep_) {
     Attempt& attempt = attempts_.back();
-    if (attempt.item == attempt.end) {
-      EndOfSequence();
-      continue;
-    }
     const GrammarItem& item = *attempt.item;
-    switch (item.kind) {
-      case GrammarItem::Kind::kRule:
-        TryRule(item.index);
-        break;
-      case GrammarItem::Kind::kGroup:
-        TryGroup(attempt);
-        break;
-      case GrammarItem::Kind::kSymbol:
-      case GrammarItem::Kind::kLiteral:
-        if (!TerminalCheck(item, *attempt.rule)) {
-          Fail();
-        } else if (Nest(item, attempt)) {
-          Deliver(shapes_.MxWordToXml(position_++));
-        }
-        break;
+    if (item.kind == Kind::kEnd) {
+      begins = EndOfSequence();
+    } else if (item.kind == Kind::kGroup) {
+      begins = TryGroup(attempt, item);
+    } else if (begins || CanBegin(item, *attempt.rule)) {
+      begins = Take(item, attempt);
+    } else {
+      begins = Fail();
     }
   }
   return !tooDeep_ && !nodes_.empty();
 }
 
-/// The items of the alternative at work.
-ItemRange RuleInterpreter::ItemsOf(const Attempt& attempt) const noexcept {
-  return grammar_.Alternative(std::size_t{attempt.rule->firstAlternative} + attempt.alternative);
+// --- what the word at hand can begin -------------------------------------------------------------
+
+/// Whether the item does not fail at its first word.
+bool RuleInterpreter::Begins(const GrammarItem& item, const GrammarRule& rule) const noexcept {
+  if (item.kind == Kind::kRule) return FirstAlternative(item.index) != kNoAlternative;
+  return item.kind == Kind::kGroup || TerminalCheck(item, rule);
 }
 
-void RuleInterpreter::Enter(std::int16_t rule) {
-  attempts_.push_back({&grammar_.Rule(rule), nullptr, nullptr, nullptr, rule, 0, position_,
-                       static_cast<std::uint32_t>(nodes_.size()), 0, 0, 0});
-  if (!StartAlternative(attempts_.back())) Fail();
+std::uint8_t RuleInterpreter::FirstAlternative(std::int16_t rule) const noexcept {
+  const auto index = static_cast<std::size_t>(rule);
+  return std::min((*Here().begunByLiteral)[index], (*Here().begunBySymbol)[index]);
 }
 
-/// Goes to the next alternative, this one included, that the word at hand can begin; false when
-/// there is none. Those passed over report what they would have.
-bool RuleInterpreter::StartAlternative(Attempt& attempt) {
-  for (; attempt.alternative < attempt.rule->alternativeCount; ++attempt.alternative) {
-    const ItemRange items = ItemsOf(attempt);
-    attempt.item = grammar_.Items(items);
-    attempt.end = attempt.item + items.count;
-    if (CanBegin(*attempt.item, *attempt.rule)) return true;
-  }
-  return false;
+bool RuleInterpreter::TerminalCheck(const GrammarItem& item,
+                                    const GrammarRule& rule) const noexcept {
+  const Place& here = Here();
+  if (item.kind == Kind::kLiteral) return item.index == here.literal;
+  return item.index == here.symbol &&
+         (!rule.checkDataType || DatatypeCheck(rule.dataType, here.dataType));
 }
 
-void RuleInterpreter::TryRule(std::int16_t index) {
-  if (!CanStart(index)) {
-    Fail();
-    return;
-  }
-  const GrammarRule& rule = grammar_.Rule(index);
-  if (rule.isWord) {
-    Deliver(shapes_.MxWordToXml(position_++));
-    return;
-  }
-  const Remembered* known = rule.remembered ? Recall(index) : nullptr;
-  if (!known) {
-    Enter(index);
-  } else if (known->end < 0) {
-    Fail();
-  } else {
-    position_ = known->end;
-    Deliver(known->shape);
-  }
-}
-
-/// Opens the group at hand for a turn, or passes over it when the word at hand cannot begin it.
-void RuleInterpreter::TryGroup(Attempt& attempt) {
-  const GrammarItem& group = *attempt.item;
-  const ItemRange items = grammar_.Group(group.index).items;
-  const GrammarItem* const first = grammar_.Items(items);
-  if (!CanBegin(*first, *attempt.rule)) {
-    LeaveGroup(attempt, group);
-    return;
-  }
-  attempt.group = &group;
-  attempt.item = first;
-  attempt.end = first + items.count;
-  attempt.groupStart = position_;
-  attempt.groupNodes = static_cast<std::uint32_t>(nodes_.size());
-}
-
-/// False, and reported, when the item fails at its first word.
+/// The same, and reported if not.
 bool RuleInterpreter::CanBegin(const GrammarItem& item, const GrammarRule& rule) {
-  switch (item.kind) {
-    case GrammarItem::Kind::kRule:
-      return CanStart(item.index);
-    case GrammarItem::Kind::kGroup:
-      return true;
-    case GrammarItem::Kind::kSymbol:
-    case GrammarItem::Kind::kLiteral:
-      return TerminalCheck(item, rule);
-  }
-  return true;
-}
-
-/// Whether the word at hand can begin the rule; reported if not.
-bool RuleInterpreter::CanStart(std::int16_t index) {
-  const auto at = static_cast<std::size_t>(position_);
-  if (at < started_.size() && started_[at][static_cast<std::size_t>(index)]) return true;
-  if (position_ >= furthest_) ReportStart(index);
+  if (Begins(item, rule)) return true;
+  if (position_ >= furthest_) ReportFailure(item, rule);
   return false;
 }
 
-/// Reports what an attempt would have: of all terminals that can begin the rule the first of the
-/// most specific kind.
-void RuleInterpreter::ReportStart(std::int16_t index) {
-  const auto at = static_cast<std::size_t>(position_);
-  if (at >= words_.size()) {
+void RuleInterpreter::ReportFailure(const GrammarItem& item, const GrammarRule& rule) {
+  if (item.kind == Kind::kRule) {
+    ReportStart(item.index);
+  } else if (static_cast<std::size_t>(position_) >= words_.size()) {
+    PushErr(kMsgEndsTooEarly, kWordsRanOut, 0);
+  } else if (item.kind == Kind::kLiteral) {
+    PushErr(kMsgWrongLiteral, kWrongLiteral, item.index);
+  } else if (item.index != Here().symbol) {
+    PushErr(kMsgWrongSymbol, kWrongSymbol, item.index);
+  } else {
+    PushErr(kMsgWrongDataType, kWrongDataType, rule.dataType);
+  }
+}
+
+/// Reports what an attempt at the rule would have: of all terminals that can begin it the first of
+/// the most specific kind.
+void RuleInterpreter::ReportStart(std::int16_t rule) {
+  if (static_cast<std::size_t>(position_) >= words_.size()) {
     PushErr(kMsgEndsTooEarly, kWordsRanOut, 0);
     return;
   }
-  const RuleStart& start = grammar_.StartOf(index);
-  const auto symbol = static_cast<std::size_t>(words_[at].symbol);
-  if (symbol < RuleStart::kSymbols && start.typeOfSymbol[symbol] >= 0) {
-    PushErr(kMsgWrongDataType, kWrongDataType, start.typeOfSymbol[symbol]);
-  } else if (start.firstSymbol >= 0) {
-    PushErr(kMsgWrongSymbol, kWrongSymbol, start.firstSymbol);
-  } else {
+  const RuleStart& start = grammar_.StartOf(rule);
+  const auto symbol = static_cast<std::size_t>(Here().symbol);
+  if (start.firstSymbol < 0) {
     PushErr(kMsgWrongLiteral, kWrongLiteral, start.firstLiteral);
+  } else if (symbol < RuleStart::kSymbols && start.typeOfSymbol[symbol] >= 0) {
+    PushErr(kMsgWrongDataType, kWrongDataType, start.typeOfSymbol[symbol]);
+  } else {
+    PushErr(kMsgWrongSymbol, kWrongSymbol, start.firstSymbol);
   }
+}
+
+void RuleInterpreter::PushErr(std::int32_t message, std::int32_t priority, std::int32_t expected) {
+  if (position_ < furthest_) return;
+  if (position_ == furthest_ && priority >= candidate_.priority) return;
+  furthest_ = position_;
+  candidate_ = {message, priority, expected};
+}
+
+// --- taking items --------------------------------------------------------------------------------
+// What returns a bool here tells whether the item then at work is known to begin at the word at
+// hand.
+
+/// Takes the item at work, which the word at hand begins.
+bool RuleInterpreter::Take(const GrammarItem& item, Attempt& attempt) {
+  if (item.kind == Kind::kRule && !grammar_.Rule(item.index).isWord) return TakeRule(item.index);
+  if (Nest(item, attempt)) Deliver(shapes_.MxWordToXml(position_++));
+  return false;
+}
+
+bool RuleInterpreter::TakeRule(std::int16_t index) {
+  const GrammarRule& outermost = grammar_.Rule(index);
+  const GrammarRule* rule = &outermost;
+  const Remembered* known = Recall(*rule);
+  while (!known && rule->operand >= 0) {
+    index = rule->operand;
+    rule = &grammar_.Rule(index);
+    known = Recall(*rule);
+  }
+  if (known && known->end < 0) return Fail();
+  const std::uint8_t alternative = FirstAlternative(index);
+  attempts_.push_back({rule, &outermost, grammar_.Alternative(*rule, alternative), nullptr,
+                       alternative, 0, position_, static_cast<std::uint32_t>(nodes_.size()), 0, 0});
+  if (!known) return true;
+  position_ = known->end;
+  nodes_.push_back(known->shape);
+  return Climb();
+}
+
+/// Opens the group for a turn, or passes over it when the word at hand does not begin it.
+bool RuleInterpreter::TryGroup(Attempt& attempt, const GrammarItem& group) {
+  const GrammarItem* const first = grammar_.FirstOf(group);
+  if (!CanBegin(*first, *attempt.rule)) {
+    LeaveGroup(attempt, group);
+    return false;
+  }
+  attempt.group = &group;
+  attempt.item = first;
+  attempt.groupStart = position_;
+  attempt.groupNodes = static_cast<std::uint32_t>(nodes_.size());
+  return true;
+}
+
+/// Goes on behind the group.
+void RuleInterpreter::LeaveGroup(Attempt& attempt, const GrammarItem& group) {
+  attempt.group = nullptr;
+  attempt.item = &group + 1;
 }
 
 /// Hands a matched node to the attempt at work.
@@ -193,54 +214,70 @@ void RuleInterpreter::Deliver(ShapeIndex shape) {
 }
 
 /// The items of the sequence at work are all matched.
-void RuleInterpreter::EndOfSequence() {
+bool RuleInterpreter::EndOfSequence() {
   Attempt& attempt = attempts_.back();
-  if (!attempt.group) {
-    nodes_.size() > attempt.nodes ? Succeed() : Fail();
-    return;
-  }
-  const GrammarItem& group = *attempt.group;
-  if (grammar_.Group(group.index).repeats) {
-    attempt.item = &group;
-    TryGroup(attempt);
-  } else {
+  if (attempt.group) {
+    const GrammarItem& group = *attempt.group;
+    if (group.repeats) return TryGroup(attempt, group);
     LeaveGroup(attempt, group);
+    return false;
   }
+  return nodes_.size() == attempt.nodes ? Fail() : Succeed();
 }
 
-/// Goes on behind the group.
-void RuleInterpreter::LeaveGroup(Attempt& attempt, const GrammarItem& group) {
-  const ItemRange items = ItemsOf(attempt);
-  attempt.group = nullptr;
-  attempt.item = &group + 1;
-  attempt.end = grammar_.Items(items) + items.count;
-}
-
-void RuleInterpreter::Succeed() {
-  const Attempt& attempt = attempts_.back();
+bool RuleInterpreter::Succeed() {
+  Attempt& attempt = attempts_.back();
   nesting_ -= attempt.opened;
+  attempt.opened = 0;
   // Most rules pass the one node of another on; it stays where it is.
   const std::span<const ShapeIndex> gathered = std::span(nodes_).subspan(attempt.nodes);
   if (gathered.size() > 1) {
     nodes_[attempt.nodes] = shapes_.ComposeToTree(gathered, attempt.rule->semanticType);
     nodes_.resize(attempt.nodes + std::size_t{1});
   }
-  if (attempt.rule->remembered)
-    Remember(attempt.ruleIndex, attempt.start, position_, nodes_.back());
+  Remember(*attempt.rule, attempt.start, position_, nodes_.back());
+  return Climb();
+}
+
+/// Goes on with the chain that the matched rule is the first operand of. One without a second
+/// operand is matched, too; the outermost of them is handed to the attempt below.
+bool RuleInterpreter::Climb() {
+  Attempt& attempt = attempts_.back();
+  while (attempt.rule != attempt.outermost) {
+    attempt.rule = &ChainAbove(attempt, *attempt.rule);
+    attempt.alternative = 0;
+    if (TryGroup(attempt, grammar_.Alternative(*attempt.rule, 0)[1])) return true;
+    Remember(*attempt.rule, attempt.start, position_, nodes_.back());
+  }
   attempts_.pop_back();
   if (!attempts_.empty()) ++attempts_.back().item;
+  return false;
+}
+
+/// Of the rules that the attempt serves the one whose first operand is `rule`.
+const GrammarRule& RuleInterpreter::ChainAbove(const Attempt& attempt,
+                                               const GrammarRule& rule) const noexcept {
+  const GrammarRule* chain = attempt.outermost;
+  while (&grammar_.Rule(chain->operand) != &rule) chain = &grammar_.Rule(chain->operand);
+  return *chain;
 }
 
 /// The item at work does not match: the attempt goes on behind a group or with its next
 /// alternative, or else it fails as a whole, which is a failed item of the attempt below.
-void RuleInterpreter::Fail() {
+bool RuleInterpreter::Fail() {
   while (!attempts_.empty()) {
     Attempt& attempt = attempts_.back();
-    if (attempt.group && FailInGroup(attempt)) return;
-    if (NextAlternative(attempt)) return;
-    if (attempt.rule->remembered) Remember(attempt.ruleIndex, attempt.start, -1, kNoShape);
+    if (attempt.group && FailInGroup(attempt)) return false;
+    if (NextAlternative(attempt)) return true;
+    const GrammarRule* rule = attempt.rule;
+    Remember(*rule, attempt.start, -1, kNoShape);
+    while (rule != attempt.outermost) {
+      rule = &ChainAbove(attempt, *rule);
+      Remember(*rule, attempt.start, -1, kNoShape);
+    }
     attempts_.pop_back();
   }
+  return false;
 }
 
 /// True when the attempt goes on behind the group. A group of which nothing matched did not occur;
@@ -250,49 +287,24 @@ bool RuleInterpreter::FailInGroup(Attempt& attempt) {
   position_ = attempt.groupStart;
   nodes_.resize(attempt.groupNodes);
   LeaveGroup(attempt, *attempt.group);
-  return !inPart || attempt.item != attempt.end;
+  return !inPart || attempt.item->kind != Kind::kEnd;
 }
 
+/// Goes to the next alternative that the word at hand begins; false when there is none. Those
+/// passed over report nothing: the word was matched already, and what failed then stands further
+/// on.
 bool RuleInterpreter::NextAlternative(Attempt& attempt) {
   position_ = attempt.start;
   nodes_.resize(attempt.nodes);
   nesting_ -= attempt.opened;
   attempt.opened = 0;
   attempt.group = nullptr;
-  ++attempt.alternative;
-  return StartAlternative(attempt);
-}
-
-bool RuleInterpreter::TerminalCheck(const GrammarItem& item, const GrammarRule& rule) {
-  if (static_cast<std::size_t>(position_) >= words_.size()) {
-    PushErr(kMsgEndsTooEarly, kWordsRanOut, 0);
-    return false;
+  const GrammarRule& rule = *attempt.rule;
+  while (++attempt.alternative < rule.alternativeCount) {
+    attempt.item = grammar_.Alternative(rule, attempt.alternative);
+    if (Begins(*attempt.item, rule)) return true;
   }
-  return Accepts(item, rule);
-}
-
-bool RuleInterpreter::Accepts(const GrammarItem& item, const GrammarRule& rule) {
-  const auto at = static_cast<std::size_t>(position_);
-  if (item.kind == GrammarItem::Kind::kLiteral) {
-    if (item.index == literals_[at]) return true;
-    PushErr(kMsgWrongLiteral, kWrongLiteral, item.index);
-    return false;
-  }
-  if (item.index != words_[at].symbol) {
-    PushErr(kMsgWrongSymbol, kWrongSymbol, item.index);
-    return false;
-  }
-  if (!rule.checkDataType || DatatypeCheck(rule.dataType, words_[at].dataType)) return true;
-  PushErr(kMsgWrongDataType, kWrongDataType, rule.dataType);
   return false;
-}
-
-void RuleInterpreter::PushErr(std::int32_t message, std::int32_t priority, std::int32_t expected) {
-  if (position_ < furthest_) return;
-  if (position_ == furthest_ && hasCandidate_ && priority >= candidate_.priority) return;
-  furthest_ = position_;
-  hasCandidate_ = true;
-  candidate_ = {message, priority, expected};
 }
 
 /// Counts what the item opens or closes. False when that is one too many, which ends the parse.
@@ -308,20 +320,22 @@ bool RuleInterpreter::Nest(const GrammarItem& item, Attempt& attempt) {
   return !tooDeep_;
 }
 
-const RuleInterpreter::Remembered* RuleInterpreter::Recall(std::int16_t rule) const noexcept {
-  std::int32_t index = remembered_[static_cast<std::size_t>(position_)];
-  while (index >= 0) {
+const RuleInterpreter::Remembered* RuleInterpreter::Recall(const GrammarRule& rule) const noexcept {
+  if (!rule.remembered) return nullptr;
+  for (std::int32_t index = Here().remembered; index >= 0;) {
     const Remembered& entry = memory_[static_cast<std::size_t>(index)];
-    if (entry.rule == rule) return &entry;
+    if (entry.rule == &rule) return &entry;
     index = entry.next;
   }
   return nullptr;
 }
 
-void RuleInterpreter::Remember(std::int16_t rule, std::int32_t start, std::int32_t end,
+/// Of an attempt that ends: behind the word `end` with a shape, or, with -1, in failure.
+void RuleInterpreter::Remember(const GrammarRule& rule, std::int32_t start, std::int32_t end,
                                ShapeIndex shape) {
-  std::int32_t& head = remembered_[static_cast<std::size_t>(start)];
-  memory_.push_back({rule, shape, end, head});
+  if (!rule.remembered) return;
+  std::int32_t& head = places_[static_cast<std::size_t>(start)].remembered;
+  memory_.push_back({&rule, shape, end, head});
   head = static_cast<std::int32_t>(memory_.size() - 1);
 }
 

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
 #include <vector>
@@ -38,30 +39,41 @@ class RuleInterpreter {
                  std::u16string& document, ParseError& error);
 
  private:
-  /// One attempt at a rule.
+  /// A word position, the one behind the last word included.
+  struct Place {
+    const FirstAlternatives* begunByLiteral = nullptr;
+    const FirstAlternatives* begunBySymbol = nullptr;
+    std::int32_t symbol = kUnknownSymbol;
+    std::int32_t dataType = kNoDataType;
+    std::int32_t remembered = -1;  // the head of a list
+    std::int16_t literal = -1;
+  };
+
+  /// One attempt at a rule. A chain of operands begins as its operand does, which may be a chain
+  /// itself, so one attempt serves them all: it starts at the innermost rule and, whenever that is
+  /// matched, climbs to the chain that it is the first operand of.
   struct Attempt {
     const GrammarRule* rule;
-    const GrammarItem* item;   // the next of the sequence at work: of the group, if one is open
-    const GrammarItem* end;    // behind the last of that sequence
-    const GrammarItem* group;  // the item of the alternative that is the open group, or null
-    std::int16_t ruleIndex;
-    std::uint16_t alternative;
+    const GrammarRule* outermost;  // where it ends; for most attempts the rule itself
+    const GrammarItem* item;       // the next of the sequence at work: of the group, if one is open
+    const GrammarItem* group;      // the item of the alternative that is the open group, or null
+    std::uint32_t alternative;
+    std::int32_t opened;      // how many nestings this alternative holds open
     std::int32_t start;       // word position, and
     std::uint32_t nodes;      // nodes gathered, when the rule was entered
     std::int32_t groupStart;  // the same for this turn of the open group
     std::uint32_t groupNodes;
-    std::int32_t opened;  // how many nestings this alternative holds open
   };
 
   /// The failure to report: the furthest, and among equals the most specific, the first of those.
   struct Candidate {
     std::int32_t message = 0;
-    std::int32_t priority = 0;
+    std::int32_t priority = std::numeric_limits<std::int32_t>::max();
     std::int32_t expected = 0;  // type, kind of word or literal, as the message asks
   };
 
   struct Remembered {
-    std::int16_t rule;
+    const GrammarRule* rule;
     ShapeIndex shape;
     std::int32_t end;  // -1: the rule fails here
     std::int32_t next;
@@ -69,44 +81,43 @@ class RuleInterpreter {
 
   void Reset(std::span<const WordView> words);
   bool Parse(std::int16_t startRule);
-  void Enter(std::int16_t rule);
-  bool StartAlternative(Attempt& attempt);
-  void TryRule(std::int16_t rule);
-  void TryGroup(Attempt& attempt);
+  bool Take(const GrammarItem& item, Attempt& attempt);
+  bool TakeRule(std::int16_t index);
+  bool TryGroup(Attempt& attempt, const GrammarItem& group);
+  bool Begins(const GrammarItem& item, const GrammarRule& rule) const noexcept;
+  std::uint8_t FirstAlternative(std::int16_t rule) const noexcept;
+  bool TerminalCheck(const GrammarItem& item, const GrammarRule& rule) const noexcept;
   bool CanBegin(const GrammarItem& item, const GrammarRule& rule);
-  bool CanStart(std::int16_t rule);
+  void ReportFailure(const GrammarItem& item, const GrammarRule& rule);
   void ReportStart(std::int16_t rule);
-  void EndOfSequence();
-  void Succeed();
-  void Fail();
+  void PushErr(std::int32_t message, std::int32_t priority, std::int32_t expected);
+  bool EndOfSequence();
+  bool Succeed();
+  bool Climb();
+  const GrammarRule& ChainAbove(const Attempt& attempt, const GrammarRule& rule) const noexcept;
+  bool Fail();
   bool FailInGroup(Attempt& attempt);
   bool NextAlternative(Attempt& attempt);
   void LeaveGroup(Attempt& attempt, const GrammarItem& group);
   void Deliver(ShapeIndex shape);
-  bool TerminalCheck(const GrammarItem& item, const GrammarRule& rule);
-  bool Accepts(const GrammarItem& item, const GrammarRule& rule);
-  void PushErr(std::int32_t message, std::int32_t priority, std::int32_t expected);
   bool Nest(const GrammarItem& item, Attempt& attempt);
 
-  ItemRange ItemsOf(const Attempt& attempt) const noexcept;
-  const Remembered* Recall(std::int16_t rule) const noexcept;
-  void Remember(std::int16_t rule, std::int32_t start, std::int32_t end, ShapeIndex shape);
+  const Place& Here() const noexcept { return places_[static_cast<std::size_t>(position_)]; }
+  const Remembered* Recall(const GrammarRule& rule) const noexcept;
+  void Remember(const GrammarRule& rule, std::int32_t start, std::int32_t end, ShapeIndex shape);
   void Report(ParseError& error) const;
 
   const CompiledGrammar& grammar_ = CompiledGrammar::Instance();
   std::span<const WordView> words_;
-  std::vector<std::int16_t> literals_;  // of each word
-  std::vector<RuleSet> started_;        // by each word
+  std::vector<Place> places_;
   std::vector<Attempt> attempts_;
-  std::vector<ShapeIndex> nodes_;         // gathered by all open attempts, one behind the other
-  std::vector<std::int32_t> remembered_;  // by word position, the head of a list
+  std::vector<ShapeIndex> nodes_;  // gathered by all open attempts, one behind the other
   std::vector<Remembered> memory_;
   ShapeTree shapes_;
   std::int32_t position_ = 0;
   std::int32_t furthest_ = 0;
   std::int32_t nesting_ = 0;
   bool tooDeep_ = false;
-  bool hasCandidate_ = false;
   Candidate candidate_;
 };
 

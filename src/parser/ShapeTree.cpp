@@ -11,15 +11,13 @@ namespace ORKBASE {
 
 void ShapeTree::Reset(std::span<const WordView> words) {
   words_ = words;
-  shapes_.clear();
+  shapes_.resize(words.size());
+  std::int32_t word = 0;
+  for (Shape& shape : shapes_) {
+    shape = Shape{};
+    shape.word = word++;
+  }
   children_.clear();
-}
-
-ShapeIndex ShapeTree::MxWordToXml(std::int32_t word) {
-  Shape shape;
-  shape.word = word;
-  shapes_.push_back(shape);
-  return static_cast<ShapeIndex>(shapes_.size() - 1);
 }
 
 bool ShapeTree::IsDelimiter(ShapeIndex shape) const noexcept {
@@ -150,34 +148,29 @@ void ShapeTree::AppendElement(std::u16string& out, const Shape& shape) const {
   out += shape.childCount > 0 ? u"\">\n" : u"\"/>";
 }
 
-std::u16string ShapeTree::ToText(ShapeIndex root) const {
-  std::u16string out;
-  if (root == kNoShape) return out;
-  out.reserve(words_.size() * 128);
-  struct Open {
-    const Shape* shape;
-    std::int32_t next;
-  };
-  std::vector<Open> open;
+const std::u16string& ShapeTree::ToText(ShapeIndex root) {
+  text_.clear();
+  open_.clear();
+  if (root == kNoShape) return text_;
   const auto enter = [&](ShapeIndex index) {
     const Shape& shape = shapes_[static_cast<std::size_t>(index)];
-    AppendIndent(out, open.size());
-    AppendElement(out, shape);
-    if (shape.childCount > 0) open.push_back({&shape, 0});
+    AppendIndent(text_, open_.size());
+    AppendElement(text_, shape);
+    if (shape.childCount > 0) open_.push_back({&shape, 0});
   };
   enter(root);
-  while (!open.empty()) {
-    Open& top = open.back();
-    if (top.next > 0) out += u'\n';
+  while (!open_.empty()) {
+    Open& top = open_.back();
+    if (top.next > 0) text_ += u'\n';
     if (top.next < top.shape->childCount) {
       enter(children_[static_cast<std::size_t>(top.shape->firstChild + top.next++)]);
     } else {
-      open.pop_back();
-      AppendIndent(out, open.size());
-      out += u"</tag>";
+      open_.pop_back();
+      AppendIndent(text_, open_.size());
+      text_ += u"</tag>";
     }
   }
-  return out;
+  return text_;
 }
 
 }  // namespace ORKBASE

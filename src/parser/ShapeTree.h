@@ -28,18 +28,26 @@ struct Shape {
 /// Makes shapes of words and folds the shapes of a matched rule into one.
 class ShapeTree {
  public:
-  /// Empties the tree. `isOpenBracket` tells of each word whether its canonical text is "(".
+  /// Starts a tree with a shape for each of the words, which must outlive the use of the tree.
   void Reset(std::span<const WordView> words);
 
-  ShapeIndex MxWordToXml(std::int32_t word);
+  /// The shape of a word by itself.
+  ShapeIndex MxWordToXml(std::int32_t word) const noexcept { return word; }
   /// Folds the shapes of a matched rule by its semantic type: one shape stays as it is, a bracketed
   /// form marks what is inside, delimiters are dropped.
   ShapeIndex ComposeToTree(std::span<const ShapeIndex> nodes, std::int32_t semanticType);
 
   /// The document: indented elements, characters beyond ASCII as references, no XML declaration.
-  std::u16string ToText(ShapeIndex root) const;
+  /// Valid until the next call.
+  const std::u16string& ToText(ShapeIndex root);
 
  private:
+  /// An element that is being written.
+  struct Open {
+    const Shape* shape;
+    std::int32_t next;  // child
+  };
+
   ShapeIndex Fold(std::span<const ShapeIndex> nodes, std::int32_t semanticType);
   ShapeIndex FoldChain(std::span<const ShapeIndex> nodes);
   ShapeIndex FoldUnderFirst(std::span<const ShapeIndex> nodes);
@@ -57,6 +65,8 @@ class ShapeTree {
   std::vector<Shape> shapes_;
   std::vector<ShapeIndex> children_;
   std::vector<ShapeIndex> kept_;  // scratch of a fold
+  std::vector<Open> open_;        // scratch of the writing
+  std::u16string text_;
 };
 
 }  // namespace ORKBASE
