@@ -40,14 +40,18 @@ struct KeyHash {
   static std::size_t Of(std::u16string_view text) noexcept {
     constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15;
     std::uint64_t hash = text.size() * kFactor;
-    while (!text.empty()) {
-      std::uint64_t units = 0;
-      const std::size_t count = text.size() < 4 ? text.size() : 4;
-      std::memcpy(&units, text.data(), count * sizeof(char16_t));
+    const auto add = [&hash](std::uint64_t units) {
       hash = (hash ^ units) * kFactor;
       hash ^= hash >> 32;
-      text.remove_prefix(count);
+    };
+    std::uint64_t units = 0;
+    for (; text.size() >= 4; text.remove_prefix(4)) {
+      std::memcpy(&units, text.data(), sizeof units);
+      add(units);
     }
+    units = 0;
+    for (const char16_t unit : text) units = units << 16 | unit;
+    add(units);
     return static_cast<std::size_t>(hash);
   }
 };

@@ -46,7 +46,7 @@ void Append(TagNode& parent, TagNode& child) noexcept {
   parent.last = &child;
 }
 
-void OpenElement(std::u16string& out, const TagNode& node) {
+void OpenElement(TextWriter& out, const TagNode& node) {
   out += u'<';
   out += node.text;
   for (const TagAttr* attr = node.attrs; attr; attr = attr->next) {
@@ -58,10 +58,10 @@ void OpenElement(std::u16string& out, const TagNode& node) {
       AppendAttribute(out, attr->Name(), attr->value, XmlCharacters::kAsTheyAre);
     }
   }
-  out += node.first ? u">" : u"/>";
+  out += node.first ? std::u16string_view(u">") : std::u16string_view(u"/>");
 }
 
-void CloseElement(std::u16string& out, const TagNode& node) {
+void CloseElement(TextWriter& out, const TagNode& node) {
   out += u"</";
   out += node.text;
   out += u'>';
@@ -251,6 +251,7 @@ void TagTree::TakeMemoryOf(TagTree& other) {
   Clear();
   other.Clear();
   std::swap(arena_, other.arena_);
+  std::swap(text_, other.text_);
 }
 
 Tag TagTree::NewTag(std::u16string_view name) {
@@ -317,10 +318,10 @@ std::size_t TagTree::CountElements() noexcept {
   return count;
 }
 
-void TagTree::WriteTo(std::u16string& out) const {
-  out.clear();
-  if (!root_) return;
-  out.reserve(256 + made_ * 256);
+std::u16string_view TagTree::ToText() {
+  TextWriter& out = text_;
+  out.Clear();
+  if (!root_) return out.text();
   out += prolog.empty() ? kDeclaration : std::u16string_view(prolog);
   const TagNode* node = root_;
   for (;;) {
@@ -342,6 +343,7 @@ void TagTree::WriteTo(std::u16string& out) const {
   }
   out += u'\n';
   out += epilog;
+  return out.text();
 }
 
 }  // namespace ORKBASE

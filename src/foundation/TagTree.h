@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "foundation/Arena.h"
+#include "foundation/TextWriter.h"
 
 namespace ORKBASE {
 
@@ -181,18 +182,15 @@ class TagTree {
   std::u16string prolog;
   std::u16string epilog;
 
-  /// Makes `out` the document as text: XML declaration, root, line feed. Empty without a root.
-  void WriteTo(std::u16string& out) const;
-  std::u16string ToText() const {
-    std::u16string out;
-    WriteTo(out);
-    return out;
-  }
+  /// The document as text: XML declaration, root, line feed. Empty without a root. Valid until the
+  /// next call.
+  std::u16string_view ToText();
 
  private:
   friend class Tag;
 
   Arena arena_;
+  TextWriter text_;
   TagNode* root_ = nullptr;
   std::size_t made_ = 0;
   bool unreadable_ = false;

@@ -79,8 +79,7 @@ std::u16string_view UpToZero(std::u16string_view text) noexcept {
   return text.substr(0, length);
 }
 
-char16_t ToLower(char16_t unit) noexcept {
-  if (unit < 0x80) return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
+char16_t ToLowerBeyondAscii(char16_t unit) noexcept {
   return static_cast<char16_t>(u_tolower(unit));
 }
 
@@ -179,15 +178,6 @@ std::u16string Decimal(std::int64_t value) {
   std::array<char, 24> digits;
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
   return {digits.data(), end};
-}
-
-void AppendDecimal(std::u16string& out, std::int64_t value) {
-  if (value >= 0 && value <= 9) {
-    out += static_cast<char16_t>(u'0' + value);
-    return;
-  }
-  std::array<char, 24> digits;
-  out.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
 }
 
 }  // namespace ORKBASE

@@ -17,7 +17,11 @@ std::u16string Utf8ToWide(std::string_view text);
 std::u16string_view UpToZero(std::u16string_view text) noexcept;
 
 /// Each 16-bit unit by its simple mapping, so the length stays.
-char16_t ToLower(char16_t unit) noexcept;
+char16_t ToLowerBeyondAscii(char16_t unit) noexcept;
+inline char16_t ToLower(char16_t unit) noexcept {
+  if (unit >= 0x80) return ToLowerBeyondAscii(unit);
+  return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
+}
 char16_t ToUpper(char16_t unit) noexcept;
 std::u16string ToLower(std::u16string_view text);
 std::u16string ToUpper(std::u16string_view text);
@@ -49,6 +53,5 @@ std::int32_t ReadInt(std::u16string_view text) noexcept;
 /// The decimal number that makes up the whole text; false for anything else.
 bool ReadWholeInt(std::u16string_view text, std::int32_t& value) noexcept;
 std::u16string Decimal(std::int64_t value);
-void AppendDecimal(std::u16string& out, std::int64_t value);
 
 }  // namespace ORKBASE

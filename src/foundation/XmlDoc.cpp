@@ -68,7 +68,7 @@ bool IsPlainTree(xmlNodePtr top) {
   return true;
 }
 
-void AppendOpening(std::u16string& out, xmlNodePtr node, std::size_t depth) {
+void AppendOpening(TextWriter& out, xmlNodePtr node, std::size_t depth) {
   AppendIndent(out, depth);
   out += u'<';
   out += Utf8ToWide(View(node->name));
@@ -80,7 +80,7 @@ void AppendOpening(std::u16string& out, xmlNodePtr node, std::size_t depth) {
 }
 
 std::u16string PlainTreeText(xmlNodePtr top) {
-  std::u16string out;
+  TextWriter out;
   std::size_t depth = 0;
   xmlNodePtr node = top;
   for (;;) {
@@ -94,9 +94,11 @@ std::u16string PlainTreeText(xmlNodePtr top) {
       node = node->parent;
       out += u'\n';
       AppendIndent(out, --depth);
-      out.append(u"</").append(Utf8ToWide(View(node->name))).append(u">");
+      out += u"</";
+      out += Utf8ToWide(View(node->name));
+      out += u'>';
     }
-    if (node == top) return out;
+    if (node == top) return std::u16string(out.text());
     out += u'\n';
     node = node->next;
   }

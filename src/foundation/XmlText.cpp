@@ -4,43 +4,45 @@
 #include <unicode/utf16.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 namespace ORKBASE {
 namespace {
+
+using namespace std::string_view_literals;
 
 constexpr std::size_t kDeepestIndent = 30;
 
 std::u16string_view EscapeOf(char16_t unit) noexcept {
   switch (unit) {
     case u'<':
-      return u"&lt;";
+      return u"&lt;"sv;
     case u'>':
-      return u"&gt;";
+      return u"&gt;"sv;
     case u'&':
-      return u"&amp;";
+      return u"&amp;"sv;
     case u'"':
-      return u"&quot;";
+      return u"&quot;"sv;
     case u'\t':
-      return u"&#9;";
+      return u"&#9;"sv;
     case u'\n':
-      return u"&#10;";
+      return u"&#10;"sv;
     case u'\r':
-      return u"&#13;";
+      return u"&#13;"sv;
   }
   return {};
 }
 
-/// The characters of `EscapeOf`; all lie below U+0040.
-constexpr bool IsEscaped(char16_t unit) noexcept {
-  constexpr std::uint64_t kEscaped = [] {
-    std::uint64_t bits = 0;
-    for (const char16_t c : std::u16string_view(u"<>&\"\t\n\r")) bits |= std::uint64_t{1} << c;
-    return bits;
-  }();
-  return unit < 64 && (kEscaped >> unit & 1) != 0;
-}
+/// The units that every value holds as they are.
+constexpr std::array<bool, 128> kPlain = [] {
+  std::array<bool, 128> table;
+  table.fill(true);
+  for (const char16_t unit : std::u16string_view(u"\0<>&\"\t\n\r", 8)) table[unit] = false;
+  return table;
+}();
 
-void AppendReference(std::u16string& out, std::uint32_t point) {
+void AppendReference(TextWriter& out, std::uint32_t point) {
   char16_t digits[8];
   std::size_t length = 0;
   do {
@@ -54,7 +56,7 @@ void AppendReference(std::u16string& out, std::uint32_t point) {
 
 /// U+FFFE and U+FFFF are no XML characters: each byte of their UTF-8 form gets a reference, but for
 /// the very last byte of a value, which stays as it is and so is no UTF-8 any more.
-void AppendByteReferences(std::u16string& out, std::uint32_t point, bool endsValue) {
+void AppendByteReferences(TextWriter& out, std::uint32_t point, bool endsValue) {
   AppendReference(out, 0xEF);
   AppendReference(out, 0xBF);
   if (endsValue) {
@@ -64,37 +66,40 @@ void AppendByteReferences(std::u16string& out, std::uint32_t point, bool endsVal
   }
 }
 
-}  // namespace
-
-void AppendAttributeValue(std::u16string& out, std::u16string_view value,
-                          XmlCharacters characters) {
-  std::size_t done = 0;
-  const auto flush = [&](std::size_t end) { out.append(value, done, end - done); };
-  for (std::size_t i = 0; i < value.size();) {
-    const char16_t unit = value[i];
-    if (unit < 0x80) {
-      if (IsEscaped(unit)) {
-        flush(i);
-        out += EscapeOf(unit);
-        done = i + 1;
-      }
-      ++i;
-    } else if (characters == XmlCharacters::kAsTheyAre) {
-      ++i;
-    } else {
-      flush(i);
-      UChar32 point = 0;
-      U16_NEXT_OR_FFFD(value.data(), i, value.size(), point);
-      const auto number = static_cast<std::uint32_t>(point);
-      number == 0xFFFE || number == 0xFFFF ? AppendByteReferences(out, number, i == value.size())
-                                           : AppendReference(out, number);
-      done = i;
-    }
-  }
-  flush(value.size());
+constexpr bool IsPlain(char16_t unit) noexcept {
+  return unit < kPlain.size() && kPlain[unit];
 }
 
-void AppendAttribute(std::u16string& out, std::u16string_view name, std::u16string_view value,
+/// The character at `at`, which is not plain; gives where the next begins.
+std::size_t AppendCharacter(TextWriter& out, std::u16string_view value, std::size_t at,
+                            XmlCharacters characters) {
+  const char16_t unit = value[at];
+  if (unit < 0x80 || characters == XmlCharacters::kAsTheyAre) {
+    unit < 0x80 ? out += EscapeOf(unit) : out += unit;
+    return at + 1;
+  }
+  UChar32 point = 0;
+  U16_NEXT_OR_FFFD(value.data(), at, value.size(), point);
+  const auto number = static_cast<std::uint32_t>(point);
+  const bool endsValue = at == value.size() || value[at] == u'\0';
+  number == 0xFFFE || number == 0xFFFF ? AppendByteReferences(out, number, endsValue)
+                                       : AppendReference(out, number);
+  return at;
+}
+
+}  // namespace
+
+void AppendAttributeValue(TextWriter& out, std::u16string_view value, XmlCharacters characters) {
+  for (std::size_t at = 0;;) {
+    char16_t* to = out.Room(value.size() - at);
+    while (at < value.size() && IsPlain(value[at])) *to++ = value[at++];
+    out.WroteUpTo(to);
+    if (at == value.size() || value[at] == u'\0') return;
+    at = AppendCharacter(out, value, at, characters);
+  }
+}
+
+void AppendAttribute(TextWriter& out, std::u16string_view name, std::u16string_view value,
                      XmlCharacters characters) {
   out += u' ';
   out += name;
@@ -103,8 +108,9 @@ void AppendAttribute(std::u16string& out, std::u16string_view name, std::u16stri
   out += u'"';
 }
 
-void AppendIndent(std::u16string& out, std::size_t depth) {
-  out.append(2 * std::min(depth, kDeepestIndent), u' ');
+void AppendIndent(TextWriter& out, std::size_t depth) {
+  const std::size_t blanks = 2 * std::min(depth, kDeepestIndent);
+  out.WroteUpTo(std::fill_n(out.Room(blanks), blanks, u' '));
 }
 
 }  // namespace ORKBASE

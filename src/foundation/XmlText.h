@@ -1,8 +1,10 @@
 // How attribute values stand in XML text: byte for byte what libxml2 writes.
 #pragma once
 
-#include <string>
+#include <cstddef>
 #include <string_view>
+
+#include "foundation/TextWriter.h"
 
 namespace ORKBASE {
 
@@ -12,12 +14,13 @@ enum class XmlCharacters {
   kAsReferences,  ///< in a node: every character from U+0080 on as `&#xHEX;`
 };
 
-void AppendAttributeValue(std::u16string& out, std::u16string_view value, XmlCharacters characters);
+/// The value ends at its first zero.
+void AppendAttributeValue(TextWriter& out, std::u16string_view value, XmlCharacters characters);
 /// ` name="value"`.
-void AppendAttribute(std::u16string& out, std::u16string_view name, std::u16string_view value,
+void AppendAttribute(TextWriter& out, std::u16string_view name, std::u16string_view value,
                      XmlCharacters characters);
 /// The blanks in front of an element of this depth: two a level, sixty at most.
-void AppendIndent(std::u16string& out, std::size_t depth);
+void AppendIndent(TextWriter& out, std::size_t depth);
 
 /// Whether an XML document may hold this 16-bit unit (surrogates are judged in pairs elsewhere).
 constexpr bool IsXmlUnit(char16_t unit) noexcept {

@@ -57,6 +57,7 @@ const CompiledGrammar& CompiledGrammar::Instance() {
 }
 
 CompiledGrammar::CompiledGrammar() {
+  characterLiterals_.fill(kNoLiteral);
   for (const SyntaxRule& rule : SyntaxRules()) {
     ruleIndex_.emplace(rule.name, static_cast<std::int16_t>(ruleIndex_.size()));
   }
@@ -128,19 +129,23 @@ std::int16_t CompiledGrammar::LiteralIndex(std::u16string_view text) {
   if (added) {
     literals_.emplace_back(text);
     literalLengths_[ToLower(text.front()) & 0x7F] |= std::uint64_t{1} << (text.size() & 63);
-    if (text.size() == 1) characterLiterals_[ToLower(text.front()) & 0x7F] = found->second;
+    if (text.size() == 1) {
+      for (const char16_t unit : {ToLower(text.front()), ToUpper(text.front())}) {
+        characterLiterals_[unit & 0x7F] = found->second;
+      }
+    }
   }
   return found->second;
 }
 
 std::int16_t CompiledGrammar::LiteralOf(std::u16string_view primary) const {
+  if (primary.size() == 1) return primary[0] < 0x80 ? characterLiterals_[primary[0]] : kNoLiteral;
   // Most words are names and numbers: their first character and length tell.
   const char16_t first = primary.empty() ? u'\0' : ToLower(primary.front());
-  if (first >= 0x80 || primary.size() > 63) return -1;
-  if ((literalLengths_[first] >> primary.size() & 1) == 0) return -1;
-  if (primary.size() == 1) return characterLiterals_[first];
+  if (first >= 0x80 || primary.size() > 63) return kNoLiteral;
+  if ((literalLengths_[first] >> primary.size() & 1) == 0) return kNoLiteral;
   const auto found = literalIndex_.find(LookupKey(primary));
-  return found == literalIndex_.end() ? std::int16_t{-1} : found->second;
+  return found == literalIndex_.end() ? kNoLiteral : found->second;
 }
 
 /// A rule that one alternative names is tried once wherever that alternative is, so only rules that
@@ -198,7 +203,8 @@ std::size_t CompiledGrammar::TypeColumn(std::int32_t dataType) noexcept {
 
 const FirstAlternatives& CompiledGrammar::BegunBy(std::int32_t symbol,
                                                   std::int32_t dataType) const noexcept {
-  if (symbol < 0 || symbol >= static_cast<std::int32_t>(RuleStart::kSymbols)) return BegunBy(-1);
+  if (symbol < 0 || symbol >= static_cast<std::int32_t>(RuleStart::kSymbols))
+    return BegunBy(kNoLiteral);
   return begunBySymbol_[static_cast<std::size_t>(symbol)][TypeColumn(dataType)];
 }
 

@@ -46,6 +46,7 @@ struct GrammarRule {
   bool isWord = false;
 };
 
+inline constexpr std::int16_t kNoLiteral = -1;
 inline constexpr std::size_t kGrammarRules = 127;
 /// A set of rules.
 using RuleSet = std::bitset<kGrammarRules + 1>;
@@ -89,7 +90,7 @@ class CompiledGrammar {
     return &items_[static_cast<std::size_t>(group.index)];
   }
 
-  /// What a word begins by its literal (or -1), and by its kind and value type.
+  /// What a word begins by its literal, if it is one, and by its kind and value type.
   const FirstAlternatives& BegunBy(std::int16_t literal) const noexcept {
     return begunByLiteral_[static_cast<std::size_t>(literal + 1)];
   }
@@ -98,7 +99,7 @@ class CompiledGrammar {
     return starts_[static_cast<std::size_t>(rule)];
   }
 
-  /// Index of the literal that a word's canonical text equals, case disregarded, or -1.
+  /// Index of the literal that a word's canonical text equals, case disregarded, or `kNoLiteral`.
   std::int16_t LiteralOf(std::u16string_view primary) const;
   std::u16string_view LiteralText(std::int16_t index) const noexcept {
     return literals_[static_cast<std::size_t>(index)];
@@ -140,7 +141,7 @@ class CompiledGrammar {
   KeyMap<std::int16_t> literalIndex_;  ///< by lower-case text
   /// By the first character of literals: a bit for each length.
   std::array<std::uint64_t, 128> literalLengths_{};
-  std::array<std::int16_t, 128> characterLiterals_{};  ///< those of one character
+  std::array<std::int16_t, 128> characterLiterals_;  ///< those of one character
   std::unordered_map<std::u16string_view, std::int16_t> ruleIndex_;
 };
 

@@ -56,7 +56,7 @@ void RuleInterpreter::Reset(std::span<const WordView> words) {
                 -1,
                 literal};
   }
-  *place = {&grammar_.BegunBy(-1), &grammar_.BegunBy(-1)};
+  *place = {&grammar_.BegunBy(kNoLiteral), &grammar_.BegunBy(kNoLiteral)};
   attempts_.clear();
   nodes_.clear();
   memory_.clear();

@@ -46,7 +46,7 @@ class RuleInterpreter {
     std::int32_t symbol = kUnknownSymbol;
     std::int32_t dataType = kNoDataType;
     std::int32_t remembered = -1;  // the head of a list
-    std::int16_t literal = -1;
+    std::int16_t literal = kNoLiteral;
   };
 
   /// One attempt at a rule. A chain of operands begins as its operand does, which may be a chain

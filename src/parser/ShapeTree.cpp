@@ -126,36 +126,36 @@ ShapeIndex ShapeTree::WithBrackets(ShapeIndex shape) {
   return copy;
 }
 
-void ShapeTree::AppendElement(std::u16string& out, const Shape& shape) const {
+void ShapeTree::AppendElement(const Shape& shape) {
   constexpr auto kReferences = XmlCharacters::kAsReferences;
   const WordView& word = words_[static_cast<std::size_t>(shape.word)];
-  out += u"<tag primary=\"";
-  AppendAttributeValue(out, UpToZero(word.primary), kReferences);
-  out += u"\" outDesc=\"";
-  AppendAttributeValue(out, UpToZero(word.outDesc), kReferences);
-  out += u"\" symbol=\"";
-  AppendDecimal(out, word.symbol);
-  out += u"\" dataType=\"";
-  AppendDecimal(out, word.dataType);
-  out += u"\" content=\"";
-  AppendAttributeValue(out, UpToZero(word.content), kReferences);
-  if (shape.bracketsFirst) out += u"\" inBrackets=\"1";
+  text_ += u"<tag primary=\"";
+  AppendAttributeValue(text_, word.primary, kReferences);
+  text_ += u"\" outDesc=\"";
+  AppendAttributeValue(text_, word.outDesc, kReferences);
+  text_ += u"\" symbol=\"";
+  AppendDecimal(text_, word.symbol);
+  text_ += u"\" dataType=\"";
+  AppendDecimal(text_, word.dataType);
+  text_ += u"\" content=\"";
+  AppendAttributeValue(text_, word.content, kReferences);
+  if (shape.bracketsFirst) text_ += u"\" inBrackets=\"1";
   if (shape.semanticType >= 0) {
-    out += u"\" semanticType=\"";
-    AppendDecimal(out, shape.semanticType);
+    text_ += u"\" semanticType=\"";
+    AppendDecimal(text_, shape.semanticType);
   }
-  if (shape.inBrackets && !shape.bracketsFirst) out += u"\" inBrackets=\"1";
-  out += shape.childCount > 0 ? u"\">\n" : u"\"/>";
+  if (shape.inBrackets && !shape.bracketsFirst) text_ += u"\" inBrackets=\"1";
+  text_ += shape.childCount > 0 ? std::u16string_view(u"\">\n") : std::u16string_view(u"\"/>");
 }
 
-const std::u16string& ShapeTree::ToText(ShapeIndex root) {
-  text_.clear();
+std::u16string_view ShapeTree::ToText(ShapeIndex root) {
+  text_.Clear();
   open_.clear();
-  if (root == kNoShape) return text_;
+  if (root == kNoShape) return text_.text();
   const auto enter = [&](ShapeIndex index) {
     const Shape& shape = shapes_[static_cast<std::size_t>(index)];
     AppendIndent(text_, open_.size());
-    AppendElement(text_, shape);
+    AppendElement(shape);
     if (shape.childCount > 0) open_.push_back({&shape, 0});
   };
   enter(root);
@@ -170,7 +170,7 @@ const std::u16string& ShapeTree::ToText(ShapeIndex root) {
       text_ += u"</tag>";
     }
   }
-  return text_;
+  return text_.text();
 }
 
 }  // namespace ORKBASE

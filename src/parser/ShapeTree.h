@@ -4,9 +4,10 @@
 
 #include <cstdint>
 #include <span>
-#include <string>
+#include <string_view>
 #include <vector>
 
+#include "foundation/TextWriter.h"
 #include "foundation/WordView.h"
 
 namespace ORKBASE {
@@ -39,7 +40,7 @@ class ShapeTree {
 
   /// The document: indented elements, characters beyond ASCII as references, no XML declaration.
   /// Valid until the next call.
-  const std::u16string& ToText(ShapeIndex root);
+  std::u16string_view ToText(ShapeIndex root);
 
  private:
   /// An element that is being written.
@@ -59,14 +60,14 @@ class ShapeTree {
   ShapeIndex WithSemanticType(ShapeIndex shape, std::int32_t semanticType);
   ShapeIndex WithBrackets(ShapeIndex shape);
   ShapeIndex Copy(ShapeIndex shape);
-  void AppendElement(std::u16string& out, const Shape& shape) const;
+  void AppendElement(const Shape& shape);
 
   std::span<const WordView> words_;
   std::vector<Shape> shapes_;
   std::vector<ShapeIndex> children_;
   std::vector<ShapeIndex> kept_;  // scratch of a fold
   std::vector<Open> open_;        // scratch of the writing
-  std::u16string text_;
+  TextWriter text_;
 };
 
 }  // namespace ORKBASE

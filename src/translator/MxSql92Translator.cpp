@@ -77,7 +77,7 @@ std::int32_t MxSql92Translator::Translate(std::u16string_view parsed, std::u16st
     return errorNo;
   }
   MarkGroupBy();
-  doc_.WriteTo(out);
+  out = doc_.ToText();
   return 0;
 }
 

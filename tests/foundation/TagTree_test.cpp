@@ -325,15 +325,15 @@ TEST(TagTree, TakesTheMemoryOfAnotherAndLeavesBothEmpty) {
   }
 }
 
-TEST(TagTree, WritesOverTheTextThatWasThere) {
+TEST(TagTree, WritesEachTextAnew) {
   TagTree tree;
-  std::u16string out = u"old";
-  tree.WriteTo(out);
-  EXPECT_EQ(U8(out), "");
-  out = u"old";
+  EXPECT_EQ(U8(tree.ToText()), "");
   tree.SetRoot(tree.NewTag());
-  tree.WriteTo(out);
-  EXPECT_EQ(U8(out), Declared("<tag/>\n"));
+  EXPECT_EQ(U8(tree.ToText()), Declared("<tag/>\n"));
+  tree.Root().Set(Attr::kText, u"new");
+  EXPECT_EQ(U8(tree.ToText()), Declared("<tag text=\"new\"/>\n"));
+  tree.Clear();
+  EXPECT_EQ(U8(tree.ToText()), "");
 }
 
 TEST(TagTree, NoOperationRecursesOverTheDepth) {

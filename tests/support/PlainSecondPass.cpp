@@ -122,7 +122,7 @@ std::u16string MarkAggregates(const std::u16string& text) {
       tag.Set(Attr::kIfGrpBy, u"1");
     }
   }
-  return tree.ToText();
+  return std::u16string(tree.ToText());
 }
 
 template <class Translator>
