@@ -30,11 +30,12 @@ std::size_t PlainBlocks(std::u16string_view text) noexcept {
   constexpr std::size_t kBlock = 64;
   std::size_t end = 0;
   for (; end + kBlock <= text.size(); end += kBlock) {
-    bool plain = true;
+    std::uint16_t bits = 0;  // a zero sets them all
     for (std::size_t i = 0; i < kBlock; ++i) {
-      plain &= static_cast<char16_t>(text[end + i] - 1) < 0x7F;
+      const std::uint16_t unit = text[end + i];
+      bits |= unit | static_cast<std::uint16_t>(unit - 1);
     }
-    if (!plain) break;
+    if (bits >= 0x80) break;
   }
   return end;
 }
