@@ -1,9 +1,9 @@
 // Text that is written once, from front to back.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -22,9 +22,9 @@ class TextWriter {
     ++size_;
     return *this;
   }
+  /// Text from elsewhere.
   TextWriter& operator+=(std::u16string_view text) {
-    std::memcpy(Room(text.size()), text.data(), text.size() * sizeof(char16_t));
-    size_ += text.size();
+    WroteUpTo(std::copy(text.begin(), text.end(), Room(text.size())));
     return *this;
   }
 
