@@ -49,7 +49,7 @@ struct GrammarRule {
 inline constexpr std::int16_t kNoLiteral = -1;
 inline constexpr std::size_t kGrammarRules = 127;
 /// A set of rules.
-using RuleSet = std::bitset<kGrammarRules + 1>;
+using RuleSet = std::bitset<kGrammarRules>;
 
 /// Of each rule the first alternative that some word can begin.
 using FirstAlternatives = std::array<std::uint8_t, kGrammarRules>;

@@ -1,11 +1,11 @@
 // Interpreting the grammar over the words of a rule: backtracking, from left to right, with the
 // first alternative that matches winning.
 //
-// Two things keep it linear without being seen. The result of a rule at a word position is
+// Three things keep it quick without being seen. The result of a rule at a word position is
 // remembered for one parse: a second attempt would report the same failures, and each of them is
 // ignored the second time, because the furthest position can only have grown and the priority at it
-// can only have fallen. And the attempts live on a stack of their own, so that nesting costs no
-// stack of the thread.
+// can only have fallen. What the word at hand cannot begin is passed over by a look at a table. And
+// the attempts live on a stack of their own, so that nesting costs no stack of the thread.
 #pragma once
 
 #include <cstdint>
