@@ -33,8 +33,8 @@ constexpr SysVarCaseRow kSysVarCaseRows[] = {
 };
 // clang-format on
 
-bool IsKeyColumn(std::u16string_view primary) {
-  const auto pieces = SplitText(primary, u".");
+bool IsKeyColumn(std::u16string_view lowerPrimary) {
+  const auto pieces = SplitText(lowerPrimary, u".");
   if (pieces.size() != 2) return false;
   const std::u16string column = ToUpper(pieces[1]);
   return std::find(std::begin(kKeyColumns), std::end(kKeyColumns), column) != std::end(kKeyColumns);
@@ -109,7 +109,8 @@ const MxWord& MxSql92Translator::FieldWord(std::u16string_view primary) const {
 }
 
 std::u16string MxSql92Translator::TransDataField(Tag node, std::u16string_view primary) {
-  if (IsKeyColumn(primary)) return ToLower(primary);
+  std::u16string lower = ToLower(primary);
+  if (IsKeyColumn(lower)) return lower;
   const MxWord& word = FieldWord(primary);
   node.Set(Attr::kDtId, word.dtId);
   node.Set(Attr::kFldId, word.fldId);

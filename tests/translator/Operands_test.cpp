@@ -122,7 +122,8 @@ TEST(Operands, UnknownFieldsHaveEmptyNames) {
   EXPECT_EQ(Sql(rules, Word("No.field", kDataFieldSymbol, kNumDataType)), ".");
   EXPECT_EQ(Sql(rules, Word("No.x.RCID", kDataFieldSymbol, kNumDataType)), ".");
   EXPECT_EQ(Sql(rules, Word("RCID", kDataFieldSymbol, kNumDataType)), ".");
-  // Upper-cased, a letter without a dot is an I.
+  // Lower-cased, an I with a dot is an i; upper-cased, an i without one is an I.
+  EXPECT_EQ(Sql(rules, Word("T.RC\u0130D", kDataFieldSymbol, kNumDataType)), "t.rcid");
   EXPECT_EQ(Sql(rules, Word("T.rcıd", kDataFieldSymbol, kNumDataType)), "t.rcıd");
   EXPECT_EQ(Sql(rules, Word("No.RcId", kDataFieldSymbol, kNumDataType)), "no.rcid");
   EXPECT_EQ(Sql(rules, Word("No.LUMENTArcid", kDataFieldSymbol, kNumDataType)), "no.lumentarcid");
