@@ -23,9 +23,9 @@ bool MxExpression::GetSpec(std::u16string document, ORKDB_DSType_ENUM dsType,
   State& state = *state_;
   state.CreateTranslator(dsType);
   if (state.translator->Translate(document, translated) != 0) {
-    // A second attempt at the same document would end the same way.
+    // What counts is a second attempt; the error of the first stays in any case.
     myRaiseError(state.translator->errorNo, state.translator->errorDesc);
-    return false;
+    if (state.translator->Translate(document, translated) != 0) return false;
   }
   const Tag root = state.translator->TranslatedRoot();
   if (twoParts) {
