@@ -201,7 +201,7 @@ TEST_F(OdbcAccessorServer, AServerThatIsAwayIsAnErrorUntilItIsBack) {
   server_->Stop();
   for (int i = 0; i < 2; ++i) {
     const double seconds = SecondsOf([&] { EXPECT_EQ(SelectTable(*accessor, u"T"), nullptr); });
-    EXPECT_LT(seconds, 6);
+    EXPECT_LT(seconds, 5);
     EXPECT_NE(accessor->errNumber, 0);
     EXPECT_NE(U8(accessor->ErrDescription()), "");
   }
@@ -253,7 +253,7 @@ TEST(OdbcAccessor, AServerThatIsNotThereFailsInTime) {
   const std::u16string silent = ConnectionText(port.Port());
   auto accessor = MakeAccessor(silent, u"ork", u"hidden-word");
   const double seconds = SecondsOf([&] { EXPECT_EQ(SelectTable(*accessor, u"T"), nullptr); });
-  EXPECT_LT(seconds, 6);
+  EXPECT_LT(seconds, 5);
   EXPECT_NE(accessor->errNumber, 0);
   EXPECT_NE(U8(accessor->ErrDescription()), "");
   port.Close();
