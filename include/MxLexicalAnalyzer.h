@@ -66,7 +66,7 @@ class ORKRULE_EXPORT MxLexicalAnalyzer : public MxErrorState {
   void set_thiscaseVarOn1RcId(bool value);
 
  private:
-  struct State;
+  struct ORKRULE_LOCAL State;
   std::unique_ptr<State> state_;
 };
 

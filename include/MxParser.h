@@ -28,7 +28,7 @@ class ORKRULE_EXPORT MxParser : public MxErrorState {
                  std::u16string& document);
 
  private:
-  struct State;
+  struct ORKRULE_LOCAL State;
   std::unique_ptr<State> state_;
 };
 
