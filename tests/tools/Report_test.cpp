@@ -60,6 +60,33 @@ TEST(Report, TellsTheMessageAndThePlace) {
             "orkrule: standard input:4: The word \"foo\" is unknown.\n  1 + foo\n      ^\n");
 }
 
+// The rule itself loads the table of the refused field: the first time the engine has no word for
+// it.
+TEST(Report, NamesAFieldOfATableThatTheRuleLoads) {
+  struct Row {
+    const char* rule;
+    const char* word;
+    const char* caret;
+  };
+  const Row rows[] = {
+      {"Orders.Amount > Customer.Name", "Customer.Name", "                  ^\n"},
+      {"客户.金额 > 1 and T.a > 1 + 客户.名称", "客户.名称", "                              ^\n"},
+      {"客户.金额 > T.s", "T.s", "              ^\n"},
+  };
+  for (const Row& row : rows) {
+    const std::string text = "The word \"" + std::string(row.word) + "\" has the wrong data type.";
+    for (const char* command : {"verify", "sql"}) {
+      const ToolResult result = RunTool({command, "--db", kSampleDb, "--type", "logic", row.rule});
+      EXPECT_EQ(result.status, 1) << row.rule;
+      EXPECT_EQ(result.err.substr(0, result.err.find(" Expected")), "orkrule: " + text);
+      EXPECT_EQ(MarkedPart(result.err), "  " + std::string(row.rule) + "\n" + row.caret);
+    }
+    const auto json =
+        RunTool({"verify", "--db", kSampleDb, "--type", "logic", "--json", row.rule}).Json().at(0);
+    EXPECT_EQ(json.at("error").at("text").get<std::string>().substr(0, text.size()), text);
+  }
+}
+
 TEST(Report, CountsCharactersInJson) {
   const auto answer = RunTool({"verify", "--json", "'\xF0\xA0\x80\x8B文' & foo"}).Json().at(0);
   EXPECT_EQ(answer.at("valid"), false);

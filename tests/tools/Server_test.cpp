@@ -2,6 +2,7 @@
 #include "PostgresSuite.h"
 #include "SampleDatabase.h"
 #include "ToolRun.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -97,6 +98,35 @@ TEST_F(Server, AsksForThePasswordWithoutShowingIt) {
   arguments.insert(arguments.end() - 1, "--ask-password");
   const std::string seen = RunAtTerminal(arguments, kPassword + "\n");
   EXPECT_EQ(seen, "Password: \r\nCOALESCE(\"T\".a,0)\r\n");
+}
+
+/// An engine of the library on the server.
+struct ServedExpression : ORKBASE::MxExpression {
+  explicit ServedExpression(const std::string& server) {
+    Connect(U16(server), 0, u"", u"ork", u"", ORKBASE::kSqlServerDs, false, true, U16(kPassword));
+  }
+  bool Knows(const std::u16string& rule) {
+    std::u16string document;
+    return Verify(ORKBASE::kNumDataType, rule, document);
+  }
+};
+
+TEST_F(Server, ThatGoesAwayBetweenTwoLoadsIsAnErrorUntilItIsBack) {
+  ServedExpression rules(OdbcText());
+  rules.SetDts(u"T");
+  EXPECT_EQ(rules.errNumber(), 0) << U8(rules.errDescription());
+  server_->Stop();
+  rules.SetDts(u"Orders");
+  EXPECT_GT(rules.errNumber(), 0);
+  EXPECT_NE(U8(rules.errDescription()), "");
+  rules.SetRt(u"7");
+  EXPECT_GT(rules.errNumber(), 0);
+  EXPECT_FALSE(rules.Knows(u"Customer.Credit"));
+  EXPECT_TRUE(rules.Knows(u"T.a + 1"));  // what was loaded stays
+  ASSERT_TRUE(server_->Start()) << server_->Problem();
+  rules.SetDts(u"Orders");
+  EXPECT_EQ(rules.errNumber(), 0) << U8(rules.errDescription());
+  EXPECT_TRUE(rules.Knows(u"Orders.Amount + T.a"));
 }
 
 TEST_F(Server, ServesBatchLines) {

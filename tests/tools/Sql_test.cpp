@@ -82,6 +82,15 @@ TEST(Sql, TellsThatAFieldNeedsADatabase) {
             "The data table \"Nowhere\" does not exist or has no fields.");
   const ToolResult field = RunTool({"verify", "--db", kSampleDb, "--json", "T.nope"});
   EXPECT_FALSE(field.Json().at(0).at("error").contains("hint"));
+  // refused for what they are, not because a table were missing
+  for (const char* rule :
+       {"1 2.5", "1 'a.b'", "length(sysVar.currentDate)", "Input.x[Q]", "a.b.c"}) {
+    for (const char* database : {"", kSampleDb.c_str()}) {
+      const ToolResult refused = RunTool({"verify", "--db", database, "--json", rule});
+      EXPECT_EQ(refused.status, 1) << rule;
+      EXPECT_FALSE(refused.Json().at(0).at("error").contains("hint")) << rule << refused.out;
+    }
+  }
 }
 
 TEST(Sql, SplitsIntoTwoTexts) {

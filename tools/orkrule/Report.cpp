@@ -1,5 +1,6 @@
 #include "Report.h"
 
+#include "RuleType.h"
 #include "Text.h"
 
 #include "MxLexicalAnalyzer.h"
@@ -8,8 +9,8 @@
 namespace ORKTOOL {
 namespace {
 
+constexpr std::int32_t kUnknownWord = 6260;
 constexpr std::int32_t kEndsTooEarly = 6294;
-constexpr std::int32_t kOwnError = -1;
 constexpr const char* kIndent = "  ";
 
 std::size_t StartOfToken(const std::vector<std::u16string>& tokens, std::size_t index) {
@@ -18,7 +19,13 @@ std::size_t StartOfToken(const std::vector<std::u16string>& tokens, std::size_t 
   return start;
 }
 
-/// What loading the table of a word `table.field` says; empty for other words, and where the table
+bool IsUnknown(const Refusal& refusal, const std::u16string& word) {
+  std::u16string text = ORKBASE::MessageText(kUnknownWord);
+  if (const std::size_t at = text.find(u"%s"); at != text.npos) text.replace(at, 2, word);
+  return refusal.text == text;
+}
+
+/// What loading the table of an unknown word `table.field` says; empty for other words, and where the table
 /// is there. Asked on a copy, so the error of the rule stays.
 std::u16string TableHint(const ORKBASE::MxExpression& rules, const std::u16string& word) {
   const std::size_t dot = word.find(u'.');
@@ -36,7 +43,9 @@ void Locate(Refusal& refusal, const ORKBASE::MxExpression& rules, const std::u16
   std::vector<std::u16string> tokens;
   ORKBASE::MxLexicalAnalyzer().GenerateOriginalTokens(rule, tokens);
   refusal.at = StartOfToken(tokens, token);
-  if (token < tokens.size()) refusal.hint = TableHint(rules, tokens[token]);
+  if (token < tokens.size() && IsUnknown(refusal, tokens[token])) {
+    refusal.hint = TableHint(rules, tokens[token]);
+  }
 }
 
 bool IsControl(char32_t character) {

@@ -1,6 +1,5 @@
 #include "RuleType.h"
 
-#include <cstdint>
 #include <limits>
 
 namespace ORKTOOL {
@@ -21,7 +20,11 @@ std::optional<ORKBASE::MXRULE_DATATYPE> VerifyRule(ORKBASE::MxExpression& rules,
   const auto verifiesAs = [&](ORKBASE::MXRULE_DATATYPE asked) {
     return rules.Verify(asked, text, document);
   };
-  if (type != kEitherType) return verifiesAs(type) ? std::optional(type) : std::nullopt;
+  if (type != kEitherType) {
+    if (verifiesAs(type)) return type;
+    if (rules.errNumber() == kOwnError) verifiesAs(type);
+    return std::nullopt;
+  }
   if (verifiesAs(ORKBASE::kVarDataType)) return ORKBASE::kVarDataType;
   const std::int32_t asValue = Reached(rules);
   if (verifiesAs(ORKBASE::kLogicDataType)) return ORKBASE::kLogicDataType;
