@@ -75,9 +75,10 @@ def check_words(source, vocabulary):
     seen = {}
     for number, text in source.words().items():
         key = text.lower()
-        if key in seen:
-            source.fault(f"{number} reads like {seen[key]}: {text}")
-        seen[key] = number
+        for form in {key, key + "."} if number in vocabulary.dotted else {key}:
+            if form in seen:
+                source.fault(f"{number} reads like {seen[form]}: {text}")
+            seen[form] = number
         for spelling in (key, key + "."):
             if vocabulary.spellings.get(spelling, number) != number:
                 source.fault(f"{number} is the spelling of another word: {text}")
@@ -102,6 +103,7 @@ class Vocabulary:
             self.catalogue = {name: int(n) for name, n in CATALOGUE_ROW.findall(text.read())}
         self.spellings = {}  # lower-case spelling -> number, 0 for a word without a message
         self.english = {}  # number -> spelling of the first word with it, without the added dot
+        self.dotted = {self.catalogue[name] for name in PREFIX_NAMES}  # shown with a dot behind
         with open(path, encoding="utf-8") as text:
             for row in VOCABULARY_ROW.findall(text.read()):
                 self.add(*row)
@@ -113,6 +115,8 @@ class Vocabulary:
             return
         number = self.catalogue[message] if message in self.catalogue else int(message)
         self.spellings[primary.lower()] = number
+        if display == "kMessageAndDot":
+            self.dotted.add(number)
         plain = primary[:-1] if display == "kMessageAndDot" else primary
         self.english.setdefault(number, plain)
 
