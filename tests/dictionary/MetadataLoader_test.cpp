@@ -2,6 +2,7 @@
 #include "dictionary/MxDictionarys.h"
 
 #include "OrkPlatform.h"
+#include "foundation/Text.h"
 
 #include "DictionaryWords.h"
 #include "SampleDatabase.h"
@@ -349,6 +350,29 @@ TEST_F(MetadataLoader, TakesAnyNameAsItIs) {
   EXPECT_EQ(WordsOf(set, u"dt:50%"), "50%.a");
   EXPECT_EQ(set.LoadDataTable(u"' or ''='"), -1);
   EXPECT_EQ(set.LoadDataTable(u"5_%"), -1);
+}
+
+TEST_F(MetadataLoader, TakesAnyTemplateIdAsItIs) {
+  const std::u16string ids[] = {u"it's", u"客户", u"50%", u"5_%", u"\"", u"a b", u"'"};
+  std::string sql = kViews;
+  for (std::size_t i = 0; i < std::size(ids); ++i) {
+    const std::string number = std::to_string(i);
+    const std::string quoted = U8(ReplaceAll(ids[i], u"'", u"''"));
+    sql += "insert into Mx_v_Rtts values (" + number + ", '" + quoted + "', 'T" + number +
+           "', 1, 'T', '', 1, 1); insert into mx_v_rtfs values (" + number +
+           ", 1, 'f', 'f', 1, 1);" + "insert into mx_v_datafield values ('T" + number +
+           "', 'f', 'f', 1, 1, 1, 'T', '', 1);";
+  }
+  const TempDatabase database(sql);
+  for (std::size_t i = 0; i < std::size(ids); ++i) {
+    MxDictionarys set;
+    Connect(set, database);
+    EXPECT_EQ(set.LoadReportTemplate(ids[i]), 0) << U8(ids[i]);
+    EXPECT_EQ(WordsOf(set, u"rt:" + ids[i]), "thisReport.T" + std::to_string(i) + ".f");
+  }
+  MxDictionarys set;
+  Connect(set, database);
+  EXPECT_EQ(set.LoadReportTemplate(u"' or '1'='1"), -1);
 }
 
 TEST_F(MetadataLoader, ReadsMissingValuesAsEmptyAndZero) {

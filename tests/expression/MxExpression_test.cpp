@@ -456,6 +456,26 @@ TEST_F(Expression, AddIsNullWrapsByType) {
   EXPECT_EQ(rules.errNumber(), -1);  // it leaves the error alone
 }
 
+TEST_F(Expression, VocabularyNeverChangesAfterConstruction) {
+  SampleExpression rules;
+  const auto vocabulary = [](MxExpression& of) {
+    return U8(of.GetDict_funcs()) + U8(of.GetDict_operators()) + U8(of.GetDict_sysVar());
+  };
+  const std::string made = vocabulary(rules);
+  MxExpression copy = rules;
+  rules.SetRt(u"7");
+  rules.SetDts(u"T");
+  rules.SetCAXDD(1, U16(SourceText("tests/golden/cax.xml")));
+  EXPECT_EQ(Verified(rules, u"Orders.Amount > T.a").substr(0, 4), "<tag");
+  rules.ReplaceDtOrDfNames(u"T:sum", u"Orders.Amount:average");
+  rules.set_thiscaseVarOn1RcId(false);
+  SetThreadLanguage(u"zh-CN");
+  EXPECT_EQ(vocabulary(rules), made);
+  EXPECT_EQ(vocabulary(copy), made);
+  copy = MxExpression();
+  EXPECT_NE(vocabulary(copy), made);  // one of the other language
+}
+
 TEST_F(Expression, QuotesDoNotSwitchBack) {
   MxExpression rules;
   ConnectTo(rules, SampleDatabase(), kOracleDs);

@@ -91,6 +91,15 @@ TEST(SyntaxRules, DateExpressionsCarryTheTypeOfTexts) {
   EXPECT_EQ(RuleOf(u"<constant_variant_date>")->dataType, kDateDataType);
 }
 
+TEST(SyntaxRules, OnlyTheWordHasWildcardTypes) {
+  EXPECT_TRUE(DatatypeCheck(kNumDataType, kNumDataType));
+  EXPECT_TRUE(DatatypeCheck(kNumDataType, kVarDataType));
+  EXPECT_TRUE(DatatypeCheck(kNumDataType, kNoDataType));
+  EXPECT_FALSE(DatatypeCheck(kVarDataType, kNumDataType));
+  EXPECT_FALSE(DatatypeCheck(kNoDataType, kNumDataType));
+  EXPECT_FALSE(DatatypeCheck(kNumDataType, kStrDataType));
+}
+
 TEST(SyntaxRules, StartByType) {
   const std::u16string_view names[] = {u"<expr_num>",   u"<expr_str>", u"<expr_date>",
                                        u"<expr_logic>", u"<expr_var>", u"<expr_pic>",
