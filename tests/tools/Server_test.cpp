@@ -9,6 +9,7 @@
 #include <pty.h>
 #include <unistd.h>
 
+#include <optional>
 #include <string>
 
 namespace {
@@ -32,9 +33,12 @@ class Server : public PostgresSuite {
 };
 
 /// Runs the tool at a terminal of its own where `typed` is typed; returns all that is seen there.
-std::string RunAtTerminal(std::vector<std::string> arguments, const std::string& typed) {
+/// Nothing where the machine has no pseudo terminals.
+std::optional<std::string> RunAtTerminal(std::vector<std::string> arguments,
+                                         const std::string& typed) {
   int terminal = -1;
   const pid_t process = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (process < 0) return std::nullopt;
   if (process == 0) {
     std::vector<char*> argv{const_cast<char*>(ORKRULE_TOOL)};
     for (std::string& argument : arguments) argv.push_back(argument.data());
@@ -96,8 +100,9 @@ TEST_F(Server, WithAWrongPasswordIsAnErrorThatDoesNotShowIt) {
 TEST_F(Server, AsksForThePasswordWithoutShowingIt) {
   std::vector<std::string> arguments = SqlByHost("T.a");
   arguments.insert(arguments.end() - 1, "--ask-password");
-  const std::string seen = RunAtTerminal(arguments, kPassword + "\n");
-  EXPECT_EQ(seen, "Password: \r\nCOALESCE(\"T\".a,0)\r\n");
+  const std::optional<std::string> seen = RunAtTerminal(arguments, kPassword + "\n");
+  if (!seen) GTEST_SKIP() << "no pseudo terminal on this machine";
+  EXPECT_EQ(*seen, "Password: \r\nCOALESCE(\"T\".a,0)\r\n");
 }
 
 /// An engine of the library on the server.
