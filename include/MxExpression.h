@@ -94,7 +94,8 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   std::u16string GetDict_sysVar();
 
   /// Name of the temporary table that a translated rule reads for words of this kind, as the last
-  /// translator writes it; before the first translation, as that of the database of `Connect` would.
+  /// translator writes it; before the first translation, as that of the database of `Connect`
+  /// would.
   std::u16string GetSysTabName(MXRULE_SYMBOL_TYPE symbolType, const std::u16string& text);
 
   /// 1: form fields are read from existing tables. Reaches the next translation.

@@ -89,7 +89,7 @@ constexpr std::u16string_view kTimeFormat = u"hh24:mi:ss";
 
 /// The number of letters in the user's pattern plays no part.
 std::u16string FormatOf(std::u16string_view piece) {
-  const std::u16string upper = ToUpper(piece);
+  std::u16string upper = ToUpper(piece);
   for (const FormatPiece& row : kFormatPieces) {
     if (upper.find(row.letter) != std::u16string::npos) return std::u16string(row.format);
   }

@@ -41,6 +41,7 @@ std::vector<const MxWord*> MxDictionary::SortedWords() const {
   for (const auto& [key, word] : items_) sorted.emplace_back(key, &word);
   std::sort(sorted.begin(), sorted.end());
   std::vector<const MxWord*> words;
+  words.reserve(sorted.size());
   for (const auto& entry : sorted) words.push_back(entry.second);
   return words;
 }

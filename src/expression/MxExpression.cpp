@@ -18,6 +18,7 @@ MxExpression::State::State(const State& other)
 }
 
 MxExpression::State& MxExpression::State::operator=(const State& other) {
+  if (this == &other) return *this;
   dictionaries = other.dictionaries;
   translator = other.translator;
   CopyModes(other);
@@ -50,7 +51,7 @@ MxExpression::MxExpression(const MxExpression& other)
     : MxErrorState(other), state_(std::make_unique<State>(*other.state_)) {}
 MxExpression& MxExpression::operator=(const MxExpression& other) {
   MxErrorState::operator=(other);
-  if (this != &other) *state_ = *other.state_;
+  *state_ = *other.state_;
   return *this;
 }
 MxExpression::~MxExpression() = default;

@@ -169,8 +169,9 @@ bool ReadWholeInt(std::u16string_view text, std::int32_t& value) noexcept {
   while (i < text.size() && IsSpace(text[i])) ++i;
   if (i < text.size() && (text[i] == u'-' || text[i] == u'+')) ++i;
   if (i == text.size()) return false;
-  if (!std::all_of(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), IsDigit))
+  if (!std::all_of(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), IsDigit)) {
     return false;
+  }
   value = ReadInt(text);
   return true;
 }

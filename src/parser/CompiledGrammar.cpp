@@ -203,9 +203,9 @@ std::size_t CompiledGrammar::TypeColumn(std::int32_t dataType) noexcept {
 
 const FirstAlternatives& CompiledGrammar::BegunBy(std::int32_t symbol,
                                                   std::int32_t dataType) const noexcept {
-  if (symbol < 0 || symbol >= static_cast<std::int32_t>(RuleStart::kSymbols))
-    return BegunBy(kNoLiteral);
-  return begunBySymbol_[static_cast<std::size_t>(symbol)][TypeColumn(dataType)];
+  const auto row = static_cast<std::size_t>(symbol);
+  if (row >= RuleStart::kSymbols) return BegunBy(kNoLiteral);
+  return begunBySymbol_[row][TypeColumn(dataType)];
 }
 
 void CompiledGrammar::FindStarts() {

@@ -98,7 +98,7 @@ ShapeIndex ShapeTree::WithChildren(ShapeIndex parent, std::span<const ShapeIndex
   Shape& shape = shapes_[static_cast<std::size_t>(copy)];
   const auto first = static_cast<std::int32_t>(children_.size());
   for (std::int32_t i = 0; i < shape.childCount; ++i) {
-    children_.push_back(children_[static_cast<std::size_t>(shape.firstChild + i)]);
+    children_.push_back(ChildOf(shape, i));
   }
   for (const ShapeIndex child : children) {
     if (child != kNoShape) children_.push_back(child);
@@ -163,7 +163,7 @@ std::u16string_view ShapeTree::ToText(ShapeIndex root) {
     Open& top = open_.back();
     if (top.next > 0) text_ += u'\n';
     if (top.next < top.shape->childCount) {
-      enter(children_[static_cast<std::size_t>(top.shape->firstChild + top.next++)]);
+      enter(ChildOf(*top.shape, top.next++));
     } else {
       open_.pop_back();
       AppendIndent(text_, open_.size());

@@ -53,6 +53,9 @@ class ShapeTree {
   ShapeIndex FoldChain(std::span<const ShapeIndex> nodes);
   ShapeIndex FoldUnderFirst(std::span<const ShapeIndex> nodes);
   ShapeIndex FoldUnderLast(std::span<const ShapeIndex> nodes);
+  ShapeIndex ChildOf(const Shape& shape, std::int32_t index) const noexcept {
+    return children_[static_cast<std::size_t>(shape.firstChild) + static_cast<std::size_t>(index)];
+  }
   bool IsDelimiter(ShapeIndex shape) const noexcept;
   bool IsOpenBracket(ShapeIndex shape) const noexcept;
   /// A copy of `parent` with the children behind its own.

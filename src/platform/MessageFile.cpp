@@ -84,10 +84,12 @@ bool MessageFile::LocateSections() noexcept {
   if (magic != kPe32 && magic != kPe32Plus) return false;
   const std::uint64_t directories = optional + (magic == kPe32 ? 96 : 112);
   std::uint32_t directoryCount = 0;
-  if (!Read32(directories - 4, directoryCount) || directoryCount <= kResourceDirectory)
+  if (!Read32(directories - 4, directoryCount) || directoryCount <= kResourceDirectory) {
     return false;
+  }
   sections_ = optional + optionalSize;
-  return Read32(directories + 8 * kResourceDirectory, resourceAddress_) && resourceAddress_ != 0;
+  return Read32(directories + std::size_t{8} * kResourceDirectory, resourceAddress_) &&
+         resourceAddress_ != 0;
 }
 
 bool MessageFile::FileOffset(std::uint32_t address, std::uint64_t& offset) const noexcept {

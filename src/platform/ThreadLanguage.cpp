@@ -94,8 +94,9 @@ LanguageId LanguageOfLocale(const LocaleId& locale) noexcept {
   const LocaleId plain = LanguageWith(locale, &uloc_getScript);
   uloc_addLikelySubtags(plain.data(), likely.data(), ULOC_FULLNAME_CAPACITY, &status);
   if (U_FAILURE(status)) return language;
-  for (const LocaleId& name : {likely, LanguageWith(likely, &uloc_getCountry)})
+  for (const LocaleId& name : {likely, LanguageWith(likely, &uloc_getCountry)}) {
     if (HasTerritory(NumberOf(name))) return NumberOf(name);
+  }
   return language;
 }
 
@@ -112,8 +113,9 @@ bool ReadLocaleName(std::string_view name, LocaleId& locale) noexcept {
 /// The tag in ASCII; false when it holds anything else or is too long to be one.
 bool ReadTag(std::u16string_view tag, LocaleId& ascii) noexcept {
   if (tag.size() >= ascii.size()) return false;
-  if (std::any_of(tag.begin(), tag.end(), [](char16_t c) { return c == 0 || c > 0x7E; }))
+  if (std::any_of(tag.begin(), tag.end(), [](char16_t c) { return c == 0 || c > 0x7E; })) {
     return false;
+  }
   std::transform(tag.begin(), tag.end(), ascii.begin(),
                  [](char16_t c) { return c == u'_' ? '-' : static_cast<char>(c); });
   ascii[tag.size()] = '\0';

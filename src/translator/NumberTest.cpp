@@ -26,8 +26,9 @@ bool EqualsNumber(std::u16string_view text, std::int32_t value) {
   if (begin == text.npos) return false;
   text = text.substr(begin, text.find_last_not_of(kSpaces) - begin + 1);
   if (text.size() == 1) return IsDigit(text[0]) && text[0] - u'0' == value;
-  if (text.size() == 2 && IsDigit(text[0]) && IsDigit(text[1]))
+  if (text.size() == 2 && IsDigit(text[0]) && IsDigit(text[1])) {
     return (text[0] - u'0') * 10 + (text[1] - u'0') == value;
+  }
 
   if (!IsDigit(text.front()) && text.front() != u'.') return false;
   std::string narrow;

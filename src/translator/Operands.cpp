@@ -155,7 +155,7 @@ std::u16string MxSql92Translator::TransSysVarCase(std::u16string_view primary) c
     if (!extra.empty()) extra.remove_suffix(1);
     word = word.substr(0, bracket);
   }
-  const std::u16string table = GetTempColumnName(kSysvarCaseSymbol, extra);
+  std::u16string table = GetTempColumnName(kSysvarCaseSymbol, extra);
   for (const SysVarCaseRow& row : kSysVarCaseRows) {
     if (!EqualsIgnoringCase(word, row.word)) continue;
     const std::u16string column = table + std::u16string(row.column);

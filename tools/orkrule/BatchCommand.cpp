@@ -22,7 +22,7 @@ std::string AnswerTo(BatchSession& session, const std::string& line) {
     answer = {{"error", bad.what}};
   }
   // The id stands in the answer as the very text that came in.
-  const std::string fields = answer.dump();
+  std::string fields = answer.dump();
   if (request.Id().empty()) return fields;
   return "{\"id\":" + request.Id() + (answer.empty() ? "" : ",") + fields.substr(1);
 }

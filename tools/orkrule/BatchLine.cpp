@@ -39,16 +39,17 @@ class ObjectWalk {
     std::size_t depth = 0;
     do {
       const char c = text_[at_];
-      if (c == '"')
+      if (c == '"') {
         SkipString();
-      else if (c == '{' || c == '[')
+      } else if (c == '{' || c == '[') {
         ++depth, ++at_;
-      else if (c == '}' || c == ']')
+      } else if (c == '}' || c == ']') {
         --depth, ++at_;
-      else if (depth == 0)
+      } else if (depth == 0) {
         SkipScalar();
-      else
+      } else {
         ++at_;
+      }
     } while (depth > 0);
     return text_.substr(begin, at_ - begin);
   }
@@ -115,12 +116,13 @@ std::string WithoutLargeNumbers(std::string_view line) {
   for (std::size_t at = 0; at < line.size();) {
     const char c = line[at];
     std::size_t end = at + 1;
-    if (inString && c == '\\')
+    if (inString && c == '\\') {
       end = std::min(at + 2, line.size());
-    else if (c == '"')
+    } else if (c == '"') {
       inString = !inString;
-    else if (!inString && (c == '-' || (c >= '0' && c <= '9')))
+    } else if (!inString && (c == '-' || (c >= '0' && c <= '9'))) {
       while (end < line.size() && IsOfNumber(line[end])) ++end;
+    }
     const std::string_view piece = line.substr(at, end - at);
     const bool number = !inString && c != '"' && IsNumber(piece);
     const bool large = number && !std::isfinite(std::strtod(std::string(piece).c_str(), nullptr));

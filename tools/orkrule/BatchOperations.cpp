@@ -181,14 +181,15 @@ void ChangeExpWithNewDtDfNames(Call& call) {
 void GetDict(Call& call) {
   const std::u16string which = call.in.Text("which");
   std::u16string document;
-  if (which == u"funcs")
+  if (which == u"funcs") {
     document = call.object->GetDict_funcs();
-  else if (which == u"operators")
+  } else if (which == u"operators") {
     document = call.object->GetDict_operators();
-  else if (which == u"sysVar")
+  } else if (which == u"sysVar") {
     document = call.object->GetDict_sysVar();
-  else
+  } else {
     throw BadLine{R"(the field "which" has to be "funcs", "operators" or "sysVar")"};
+  }
   call.out["document"] = ToUtf8(document);
 }
 
@@ -205,8 +206,9 @@ void Translate(Call& call) {
   const ORKBASE::ORKDB_DSType_ENUM dsType = DsTypeField(call);
   const bool twoParts = call.in.Boolean("twoParts", false);
   bool good = call.object->Verify(type, expression, document);
-  if (good)
+  if (good) {
     good = call.object->GetSpec(document, dsType, texts.translated, texts.a, texts.b, twoParts);
+  }
   call.out["result"] = good;
   call.out["document"] = ToUtf8(document);
   AddTranslated(call, texts);

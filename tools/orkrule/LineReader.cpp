@@ -12,7 +12,7 @@
 namespace ORKTOOL {
 namespace {
 
-constexpr std::size_t kBlock = 64 * 1024;
+constexpr std::size_t kBlock = 1 << 16;
 
 }  // namespace
 

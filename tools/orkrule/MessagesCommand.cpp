@@ -13,8 +13,9 @@ ExitStatus Run() {
   Json texts = Json::object();
   for (std::int32_t number = 1; number <= kLastNumber; ++number) {
     const std::u16string text = ORKBASE::MessageText(number);
-    if (!text.empty())
+    if (!text.empty()) {
       texts.get_ref<Json::object_t&>().emplace_back(std::to_string(number), ToUtf8(text));
+    }
   }
   Print(texts.dump(2) + "\n");
   return kDone;

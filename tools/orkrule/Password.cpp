@@ -45,8 +45,10 @@ std::string AskAtTerminal() {
     const QuietTerminal quiet(fileno(terminal.get()));
     std::fputs("Password: ", terminal.get());
     std::fflush(terminal.get());
-    for (int c = std::fgetc(terminal.get()); c != EOF && c != '\n'; c = std::fgetc(terminal.get()))
+    for (int c = std::fgetc(terminal.get()); c != EOF && c != '\n';
+         c = std::fgetc(terminal.get())) {
       password += static_cast<char>(c);
+    }
   }
   std::fseek(terminal.get(), 0, SEEK_CUR);
   std::fputs("\n", terminal.get());

@@ -90,10 +90,11 @@ class RenameRun {
       PrintJson(json);
       return;
     }
-    if (!refusal)
+    if (!refusal) {
       Print(ToUtf8(renamed) + "\n");
-    else
+    } else {
       ReportRefusal({renamed, rule.place, rule.type}, *refusal);
+    }
   }
 
   const RenameOptions& options_;

@@ -25,15 +25,16 @@ bool IsUnknown(const Refusal& refusal, const std::u16string& word) {
   return refusal.text == text;
 }
 
-/// What loading the table of an unknown word `table.field` says; empty for other words, and where the table
-/// is there. Asked on a copy, so the error of the rule stays.
+/// What loading the table of an unknown word `table.field` says; empty for other words, and where
+/// the table is there. Asked on a copy, so the error of the rule stays.
 std::u16string TableHint(const ORKBASE::MxExpression& rules, const std::u16string& word) {
   const std::size_t dot = word.find(u'.');
   if (dot == 0 || dot == word.npos || word.find(u'.', dot + 1) != word.npos) return {};
   ORKBASE::MxExpression probe = rules;
   probe.SetDts(word.substr(0, dot));
-  if (probe.errNumber() != 0 && probe.errNumber() != kOwnError)
+  if (probe.errNumber() != 0 && probe.errNumber() != kOwnError) {
     throw Failure{kInputOutput, ToUtf8(probe.errDescription())};
+  }
   return probe.errDescription();
 }
 
@@ -66,10 +67,11 @@ std::string WhiteSpaceFor(std::u16string_view text) {
   std::string space;
   for (std::size_t at = 0; at < text.size();) {
     const char32_t character = NextCodePoint(text, at);
-    if (character == U'\t')
+    if (character == U'\t') {
       space += '\t';
-    else
+    } else {
       space.append(CharacterWidth(character), ' ');
+    }
   }
   return space;
 }

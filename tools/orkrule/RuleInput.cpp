@@ -62,8 +62,9 @@ Rule RuleInput::JsonRule(const std::string& line, const std::string& place) cons
   const Json value = Json::parse(line, nullptr, false);
   const bool object = value.is_object();
   if (!object && !value.is_string()) Refuse(place, "the line is neither a JSON text nor an object");
-  if (object && (!value.contains("expression") || !value["expression"].is_string()))
+  if (object && (!value.contains("expression") || !value["expression"].is_string())) {
     Refuse(place, "the object has no text \"expression\"");
+  }
   const std::string text = (object ? value["expression"] : value).get<std::string>();
   const bool typed = object && value.contains("type");
   return {WideLine(text, place), place, typed ? JsonType(value["type"], place) : type_};

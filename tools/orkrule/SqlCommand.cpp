@@ -57,10 +57,11 @@ class SqlRun {
       made.push_back(Translate(engine, rule));
       good = good && !made.back().refusal;
     }
-    if (options_.rules.json)
+    if (options_.rules.json) {
       PrintJson(JsonOf(rule, made));
-    else
+    } else {
       Show(rule, made);
+    }
     return good;
   }
 
@@ -76,8 +77,9 @@ class SqlRun {
     ORKBASE::MxExpression& rules = engine.Translating();
     try {
       if (!rules.GetSpec(document, engine.Dialect().dsType, translated, made.a, made.b,
-                         options_.split))
+                         options_.split)) {
         made.refusal = Refusal{rules.errNumber(), rules.errDescription()};
+      }
     } catch (const ORKBASE::Mx_Exception& refused) {
       made.refusal = Refusal{-1, refused.message};
     }
@@ -87,10 +89,11 @@ class SqlRun {
   void Show(const Rule& rule, const std::vector<Translation>& made) const {
     if (engines_.size() == 1 || !made.front().verified) {
       const Translation& first = made.front();
-      if (first.refusal)
+      if (first.refusal) {
         ReportRefusal(rule, *first.refusal);
-      else
+      } else {
         Print(Sql(first, ""));
+      }
       return;
     }
     for (std::size_t i = 0; i < made.size(); ++i) {

@@ -32,17 +32,19 @@ std::optional<Refusal> Strip(ORKBASE::MxExpression& rules, const Rule& rule,
 void Show(const StripOptions& options, const Rule& rule, const std::u16string& stripped,
           const std::optional<Refusal>& refusal) {
   if (!options.rules.json) {
-    if (refusal)
+    if (refusal) {
       ReportRefusal(rule, *refusal);
-    else
+    } else {
       Print(ToUtf8(stripped) + "\n");
+    }
     return;
   }
   Json json = {{"rule", ToUtf8(rule.text)}};
-  if (refusal)
+  if (refusal) {
     json["error"] = RefusalJson(rule.text, *refusal);
-  else
+  } else {
     json["stripped"] = ToUtf8(stripped);
+  }
   PrintJson(json);
 }
 

@@ -21,10 +21,11 @@ ExitStatus Run(const UsesOptions& options) {
   RuleInput input(options.rules);
   while (const std::optional<Rule> rule = input.Next()) {
     const bool uses = engine.IsDtsInExp(tables, rule->text);
-    if (options.rules.json)
+    if (options.rules.json) {
       PrintJson({{"rule", ToUtf8(rule->text)}, {"uses", uses}});
-    else
+    } else {
       Print(uses ? "yes\n" : "no\n");
+    }
   }
   return kDone;
 }

@@ -20,10 +20,11 @@ void Show(const VerifyOptions& options, const Rule& rule, const std::u16string& 
           const std::optional<Refusal>& refusal) {
   if (options.rules.json) {
     Json json = {{"rule", ToUtf8(rule.text)}, {"valid", !refusal}};
-    if (refusal)
+    if (refusal) {
       json["error"] = RefusalJson(rule.text, *refusal);
-    else if (options.document)
+    } else if (options.document) {
       json["document"] = ToUtf8(document);
+    }
     PrintJson(json);
     return;
   }

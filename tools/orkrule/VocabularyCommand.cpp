@@ -126,12 +126,13 @@ std::u16string DocumentOf(const std::string& which) {
 
 ExitStatus Run(const VocabularyOptions& options) {
   const std::string document = ToUtf8(DocumentOf(options.which));
-  if (options.xml)
+  if (options.xml) {
     Print(document + (document.ends_with('\n') ? "" : "\n"));
-  else if (options.json)
+  } else if (options.json) {
     ShowJson(WordsOf(document));
-  else
+  } else {
     Show(WordsOf(document));
+  }
   return kDone;
 }
 
