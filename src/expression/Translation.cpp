@@ -16,6 +16,8 @@ void ComposeTwo(Tag root, std::u16string& a, std::u16string& b) {
 
 }  // namespace
 
+// The document comes by value so that a caller may give the text that `translated` overwrites.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool MxExpression::GetSpec(std::u16string document, ORKDB_DSType_ENUM dsType,
                            std::u16string& translated, std::u16string& a, std::u16string& b,
                            bool twoParts) {

@@ -8,9 +8,11 @@
 #include <string_view>
 #include <vector>
 
+// NOLINTBEGIN(bugprone-reserved-identifier): libxml2's own names
 struct _xmlDoc;
 struct _xmlNode;
 struct _xmlXPathObject;
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace ORKBASE {
 

@@ -5,9 +5,11 @@
 #include <memory>
 #include <string>
 
+// NOLINTBEGIN(bugprone-reserved-identifier): libxml2's own names
 struct _xmlDoc;
 struct _xmlParserCtxt;
 struct _xmlSAXHandler;
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace ORKBASE {
 
