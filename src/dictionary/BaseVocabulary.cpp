@@ -9,9 +9,9 @@
 #include "dictionary/VocabularyTables.h"
 #include "foundation/Format.h"
 #include "foundation/Text.h"
-#include "foundation/XmlDoc.h"
 #include "platform/MessageTexts.h"
 #include "platform/ThreadLanguage.h"
+#include "xml/XmlDoc.h"
 
 namespace ORKBASE {
 namespace {

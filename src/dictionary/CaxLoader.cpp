@@ -5,8 +5,8 @@
 #include "foundation/Format.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
-#include "foundation/XmlDoc.h"
 #include "platform/MessageTexts.h"
+#include "xml/XmlDoc.h"
 
 namespace ORKBASE {
 namespace {

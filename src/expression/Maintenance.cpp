@@ -1,10 +1,10 @@
 // The facade: keeping stored rules in step when tables and fields change.
 #include "MxExpression.h"
 
-#include "expression/Composer.h"
+#include "document/Composer.h"
+#include "document/SubTreeRemoval.h"
+#include "document/TagReader.h"
 #include "expression/ExpressionState.h"
-#include "expression/SubTreeRemoval.h"
-#include "foundation/TagReader.h"
 #include "foundation/Text.h"
 #include "lexer/Tokeniser.h"
 

@@ -1,8 +1,8 @@
 // The facade: translating a document and composing SQL text.
 #include "MxExpression.h"
-#include "expression/Composer.h"
+#include "document/Composer.h"
+#include "document/TagReader.h"
 #include "expression/ExpressionState.h"
-#include "foundation/TagReader.h"
 
 namespace ORKBASE {
 namespace {

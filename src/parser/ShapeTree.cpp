@@ -5,7 +5,7 @@
 #include "parser/ShapeTree.h"
 
 #include "foundation/Text.h"
-#include "foundation/XmlText.h"
+#include "xml/XmlText.h"
 
 namespace ORKBASE {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "MxRuleEnums.h"
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 
 namespace ORKBASE {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 
 namespace ORKBASE {
 

@@ -2,8 +2,8 @@
 #include "translator/MxSql92Translator.h"
 
 #include "dictionary/MxDictionarys.h"
+#include "document/TagReader.h"
 #include "foundation/MessageNumbers.h"
-#include "foundation/TagReader.h"
 #include "foundation/Text.h"
 #include "platform/MessageTexts.h"
 #include "translator/NumberTest.h"

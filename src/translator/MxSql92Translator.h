@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "MxWord.h"
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 #include "translator/IMxTranslator.h"
 #include "translator/ReplacementMap.h"
 

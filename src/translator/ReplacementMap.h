@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "document/TagTree.h"
 #include "foundation/KeyMap.h"
-#include "foundation/TagTree.h"
 
 namespace ORKBASE {
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "expression/Composer.h"
+#include "document/Composer.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include "CompactTree.h"
 
 #include "foundation/Text.h"
-#include "foundation/XmlDoc.h"
+#include "xml/XmlDoc.h"
 
 using namespace ORKBASE;
 

@@ -1,7 +1,7 @@
 // Composing in the plain way, by recursion over texts: the measure of the engine's composers.
 #pragma once
 
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 
 #include <string>
 

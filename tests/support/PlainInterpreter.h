@@ -5,7 +5,7 @@
 
 #include "MxRuleEnums.h"
 #include "MxWord.h"
-#include "foundation/XmlDoc.h"
+#include "xml/XmlDoc.h"
 
 #include <cstdint>
 #include <map>

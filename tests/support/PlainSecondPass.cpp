@@ -7,7 +7,7 @@
 #include "dialects/MxKingbaseTranslator.h"
 #include "dialects/MxOpenGaussTranslator.h"
 #include "dialects/MxPLsqlTranslator.h"
-#include "foundation/TagReader.h"
+#include "document/TagReader.h"
 
 #include <stdexcept>
 #include <string_view>

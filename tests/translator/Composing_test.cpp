@@ -3,8 +3,8 @@
 #include "MxExpression.h"
 #include "PlainComposer.h"
 #include "Utf8.h"
-#include "expression/Composer.h"
-#include "foundation/TagReader.h"
+#include "document/Composer.h"
+#include "document/TagReader.h"
 
 #include <gtest/gtest.h>
 

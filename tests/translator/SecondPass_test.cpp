@@ -8,7 +8,7 @@
 #include "ScopedLanguage.h"
 #include "ScopedLocale.h"
 #include "dictionary/MxDictionarys.h"
-#include "foundation/TagReader.h"
+#include "document/TagReader.h"
 
 #include <gtest/gtest.h>
 

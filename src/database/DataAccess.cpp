@@ -2,10 +2,10 @@
 // its table of kinds.
 #include "DataAccess.h"
 
+#include "database/FailingAccessor.h"
+#include "database/OdbcAccessor.h"
+#include "database/SqliteAccessor.h"
 #include "foundation/Text.h"
-#include "platform/FailingAccessor.h"
-#include "platform/OdbcAccessor.h"
-#include "platform/SqliteAccessor.h"
 
 #include <array>
 #include <map>

@@ -1,5 +1,5 @@
 // Metadata views in real SQLite files.
-#include "platform/SqliteAccessor.h"
+#include "database/SqliteAccessor.h"
 
 #include "AccessorCalls.h"
 

@@ -1,5 +1,5 @@
 // Connection strings by database type, and passwords that stay hidden.
-#include "platform/OdbcConnectionText.h"
+#include "database/OdbcConnectionText.h"
 
 #include "Utf8.h"
 

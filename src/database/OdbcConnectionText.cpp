@@ -1,6 +1,6 @@
 // The table of ODBC drivers, and the writing of connection strings. A value with a character that
 // ends or opens values stands in braces, where "}" is doubled: `p;x}` is written `{p;x}}}`.
-#include "platform/OdbcConnectionText.h"
+#include "database/OdbcConnectionText.h"
 
 #include "foundation/Text.h"
 

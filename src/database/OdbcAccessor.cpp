@@ -1,11 +1,11 @@
 // Queries through unixODBC. Statements are plain ASCII and every value is a bound 16-bit parameter,
 // so nothing depends on the code page of a driver or of the process. Every column is read as 16-bit
 // text, in pieces.
-#include "platform/OdbcAccessor.h"
+#include "database/OdbcAccessor.h"
 
+#include "database/FailingAccessor.h"
+#include "database/RowTable.h"
 #include "foundation/Text.h"
-#include "platform/FailingAccessor.h"
-#include "platform/RowTable.h"
 
 #include <sql.h>
 #include <sqlext.h>

@@ -1,5 +1,5 @@
 // Writing XML text. The forms are those of libxml2's own dump, which a test holds against it.
-#include "foundation/XmlText.h"
+#include "xml/XmlText.h"
 
 #include <unicode/utf16.h>
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "MxRuleEnums.h"
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 
 namespace ORKBASE {
 

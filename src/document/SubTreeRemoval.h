@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 
 namespace ORKBASE {
 

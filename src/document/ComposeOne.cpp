@@ -1,11 +1,11 @@
 // The one-text form. All pieces are appended to one text, from left to right, on a stack of its
 // own: an operand that prints nothing vanishes with its operator as long as nothing stands before
 // it.
-#include "expression/Composer.h"
+#include "document/Composer.h"
 
 #include <vector>
 
-#include "expression/NodeShape.h"
+#include "document/NodeShape.h"
 
 namespace ORKBASE {
 namespace {

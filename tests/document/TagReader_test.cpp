@@ -1,8 +1,8 @@
 // Reading expression documents: the usual form, every unusual one, and what is refused.
-#include "foundation/TagReader.h"
+#include "document/TagReader.h"
 
-#include "foundation/TagTree.h"
-#include "foundation/XmlDoc.h"
+#include "document/TagTree.h"
+#include "xml/XmlDoc.h"
 
 #include "CpuSeconds.h"
 #include "Utf8.h"

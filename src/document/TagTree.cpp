@@ -1,5 +1,5 @@
 // The arena tree of expression documents.
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 
 #include <unicode/utf16.h>
 
@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "foundation/Text.h"
-#include "foundation/XmlText.h"
+#include "xml/XmlText.h"
 
 namespace ORKBASE {
 namespace {

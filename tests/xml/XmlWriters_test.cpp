@@ -1,7 +1,7 @@
 // Our own XML writers against libxml2's dump, byte for byte, on generated documents.
-#include "foundation/TagTree.h"
-#include "foundation/XmlDoc.h"
+#include "document/TagTree.h"
 #include "parser/ShapeTree.h"
+#include "xml/XmlDoc.h"
 
 #include "Utf8.h"
 

@@ -1,9 +1,9 @@
 // The thin layer over libxml2's trees.
-#include "foundation/XmlDoc.h"
+#include "xml/XmlDoc.h"
 
 #include "foundation/Text.h"
-#include "foundation/XmlParser.h"
-#include "foundation/XmlText.h"
+#include "xml/XmlParser.h"
+#include "xml/XmlText.h"
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>

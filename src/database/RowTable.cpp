@@ -1,5 +1,5 @@
 // Reading of rows held in memory.
-#include "platform/RowTable.h"
+#include "database/RowTable.h"
 
 #include "foundation/Text.h"
 

@@ -4,13 +4,13 @@
 // event interface by a parser context that each thread keeps. Anything else in it (comments, other
 // text, namespaces, a document type, an XML declaration of its own) stops that, and the document is
 // read again as libxml2's own tree, of which the unusual pieces are kept as they would be written.
-#include "foundation/TagReader.h"
+#include "document/TagReader.h"
 
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 #include "foundation/Text.h"
-#include "foundation/XmlDoc.h"
-#include "foundation/XmlParser.h"
-#include "foundation/XmlText.h"
+#include "xml/XmlDoc.h"
+#include "xml/XmlParser.h"
+#include "xml/XmlText.h"
 
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "DataAccess.h"
-#include "platform/OdbcConnectionText.h"
+#include "database/OdbcConnectionText.h"
 
 namespace ORKDB {
 

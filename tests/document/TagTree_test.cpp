@@ -1,7 +1,7 @@
 // The arena tree of expression documents, every operation on a tag and on the null tag.
-#include "foundation/TagTree.h"
+#include "document/TagTree.h"
 
-#include "foundation/TagReader.h"
+#include "document/TagReader.h"
 
 #include "Utf8.h"
 

@@ -1,6 +1,6 @@
 // Metadata views on a real PostgreSQL server through unixODBC. Without the server's package these
 // tests are skipped.
-#include "platform/OdbcAccessor.h"
+#include "database/OdbcAccessor.h"
 
 #include "AccessorCalls.h"
 #include "PostgresSuite.h"

@@ -1,11 +1,11 @@
 // Queries on an SQLite file. Values are bound as texts first. SQLite compares a text with a number
 // of a column without a declared type (a computed column of a view) as unequal, so a query that
 // found nothing runs once more with the texts that are numbers bound as numbers.
-#include "platform/SqliteAccessor.h"
+#include "database/SqliteAccessor.h"
 
+#include "database/FailingAccessor.h"
+#include "database/RowTable.h"
 #include "foundation/Text.h"
-#include "platform/FailingAccessor.h"
-#include "platform/RowTable.h"
 
 #include <sqlite3.h>
 

@@ -2,12 +2,12 @@
 // operands had given to side A moves with it. A connective sends each operand to its own side. Some
 // of the rules below are lopsided (a prefix or postfix operator never reports that it went to B, a
 // connective brackets one side only): the split of stored rules depends on each of them.
-#include "expression/Composer.h"
+#include "document/Composer.h"
 
 #include <utility>
 
-#include "expression/NodeShape.h"
-#include "expression/TextRope.h"
+#include "document/NodeShape.h"
+#include "document/TextRope.h"
 
 namespace ORKBASE {
 namespace {

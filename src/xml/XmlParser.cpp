@@ -1,5 +1,5 @@
 // The one way into libxml2's parser.
-#include "foundation/XmlParser.h"
+#include "xml/XmlParser.h"
 
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>

@@ -2,7 +2,7 @@
 #include "DataAccess.h"
 
 #include "AccessorCalls.h"
-#include "platform/RowTable.h"
+#include "database/RowTable.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The layer over libxml2's trees, every operation on a node and on the null node.
-#include "foundation/XmlDoc.h"
+#include "xml/XmlDoc.h"
 
 #include "Utf8.h"
 

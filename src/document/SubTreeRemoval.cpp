@@ -1,5 +1,5 @@
 // Cutting tables out of a parsed rule.
-#include "expression/SubTreeRemoval.h"
+#include "document/SubTreeRemoval.h"
 
 #include <vector>
 
