@@ -15,6 +15,7 @@
 #include <memory>
 #include <string>
 
+#include "MxErrorRecord.h"
 #include "MxErrorState.h"
 #include "MxRuleEnums.h"
 #include "OrkExport.h"
@@ -36,6 +37,9 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
 
   std::int32_t errNumber() const noexcept { return ErrNumber(); }
   std::u16string errDescription() const { return ErrDescription(); }
+  /// The last error as a record, from which number and text were made: message, arguments, place in
+  /// the rule, cause. Valid until the next call.
+  const MxErrorRecord& errRecord() const noexcept;
 
   /// Stores how to reach the metadata database; nothing is opened before the first load. `proxy` is
   /// empty, or five fields with "||~~||" between them: type (0 none), host, port and two texts.
@@ -112,8 +116,9 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   bool get_thiscaseVarOn1RcId() const;
 
  private:
-  friend ORKRULE_EXPORT std::int32_t RefusedToken(const MxExpression& expression) noexcept;
   struct ORKRULE_LOCAL State;
+  ORKRULE_LOCAL void Reset() noexcept;
+  ORKRULE_LOCAL void Raise(MxErrorRecord error);
   std::unique_ptr<State> state_;
 };
 

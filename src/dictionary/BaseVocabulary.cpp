@@ -10,14 +10,13 @@
 #include "foundation/Format.h"
 #include "foundation/Text.h"
 #include "platform/MessageTexts.h"
-#include "platform/ThreadLanguage.h"
 #include "xml/XmlDoc.h"
 
 namespace ORKBASE {
 namespace {
 
-std::u16string DisplayForm(const VocabularyRow& row) {
-  std::u16string text = LoadMessage(row.message);
+std::u16string DisplayForm(const VocabularyRow& row, Language language) {
+  std::u16string text = LoadMessage(row.message, language);
   return row.display == Display::kMessageAndDot ? Format(u"%s.", {text}) : text;
 }
 
@@ -39,12 +38,12 @@ void AddWords(MxDictionary& dictionary, const VocabularyRow& row) {
   }
 }
 
-void Fill(MxDictionary& dictionary, std::span<const VocabularyRow> rows) {
+void Fill(MxDictionary& dictionary, std::span<const VocabularyRow> rows, Language language) {
   for (const VocabularyRow& row : rows) {
     if (row.display == Display::kOwnText) {
       AddWords(dictionary, row);
     } else {
-      AddWord(dictionary, row.primary, DisplayForm(row), row);
+      AddWord(dictionary, row.primary, DisplayForm(row, language), row);
     }
   }
 }
@@ -58,27 +57,27 @@ void AddItem(MxXmlDoc& doc, MxXmlNode parent, const MxWord& word) {
   parent.AddChild(item);
 }
 
-std::shared_ptr<const BaseVocabulary> MakeBaseVocabulary() {
+std::shared_ptr<const BaseVocabulary> MakeBaseVocabulary(Language language) {
   auto vocabulary = std::make_shared<BaseVocabulary>();
   vocabulary->words = std::make_shared<MxDictionary>();
   vocabulary->words->name = u"base";
-  FillOperators(*vocabulary->words);
-  FillFunctions(*vocabulary->words);
-  FillOthers(*vocabulary->words);
+  FillOperators(*vocabulary->words, language);
+  FillFunctions(*vocabulary->words, language);
+  FillOthers(*vocabulary->words, language);
   BuildDictDocs(*vocabulary);
   return vocabulary;
 }
 
 }  // namespace
 
-void FillOperators(MxDictionary& dictionary) {
-  Fill(dictionary, kOperatorRows);
+void FillOperators(MxDictionary& dictionary, Language language) {
+  Fill(dictionary, kOperatorRows, language);
 }
-void FillFunctions(MxDictionary& dictionary) {
-  Fill(dictionary, kFunctionRows);
+void FillFunctions(MxDictionary& dictionary, Language language) {
+  Fill(dictionary, kFunctionRows, language);
 }
-void FillOthers(MxDictionary& dictionary) {
-  Fill(dictionary, kOtherRows);
+void FillOthers(MxDictionary& dictionary, Language language) {
+  Fill(dictionary, kOtherRows, language);
 }
 
 void BuildDictDocs(BaseVocabulary& vocabulary) {
@@ -100,14 +99,12 @@ void BuildDictDocs(BaseVocabulary& vocabulary) {
   vocabulary.sysVarDoc = sysVars.ToText();
 }
 
-std::shared_ptr<const BaseVocabulary> SharedBaseVocabulary() {
+std::shared_ptr<const BaseVocabulary> SharedBaseVocabulary(Language language) {
   static std::mutex mutex;
-  static std::map<std::pair<std::uint16_t, std::uint16_t>, std::shared_ptr<const BaseVocabulary>>
-      made;
-  const std::pair language{ThreadLanguageId(), UserLanguageId()};
+  static std::map<Language, std::shared_ptr<const BaseVocabulary>> made;
   const std::lock_guard lock(mutex);
   auto& vocabulary = made[language];
-  if (!vocabulary) vocabulary = MakeBaseVocabulary();
+  if (!vocabulary) vocabulary = MakeBaseVocabulary(language);
   return vocabulary;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "dictionary/MxDictionary.h"
+#include "platform/ThreadLanguage.h"
 
 namespace ORKBASE {
 
@@ -16,13 +17,13 @@ struct BaseVocabulary {
   std::u16string sysVarDoc;
 };
 
-/// The vocabulary in the language of the calling thread, made once per language and then shared,
-/// unchanging, by every dictionary set.
-std::shared_ptr<const BaseVocabulary> SharedBaseVocabulary();
+/// The vocabulary in a language, made once per language and then shared, unchanging, by every
+/// dictionary set.
+std::shared_ptr<const BaseVocabulary> SharedBaseVocabulary(Language language);
 
-void FillOperators(MxDictionary& dictionary);
-void FillFunctions(MxDictionary& dictionary);
-void FillOthers(MxDictionary& dictionary);
+void FillOperators(MxDictionary& dictionary, Language language);
+void FillFunctions(MxDictionary& dictionary, Language language);
+void FillOthers(MxDictionary& dictionary, Language language);
 /// Makes the three documents from the words.
 void BuildDictDocs(BaseVocabulary& vocabulary);
 

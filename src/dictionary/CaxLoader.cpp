@@ -62,8 +62,8 @@ MxWord FieldWord(const Names& table, const MxXmlNode& node, std::u16string_view 
   return word;
 }
 
-void ReadCaxTables(MxDictionary& dictionary, MxXmlDoc& doc) {
-  const std::u16string prefix = LoadMessage(kMsgThisDoc);
+void ReadCaxTables(MxDictionary& dictionary, MxXmlDoc& doc, Language language) {
+  const std::u16string prefix = LoadMessage(kMsgThisDoc, language);
   for (MxXmlNode table = doc.Find(u"//dd/tabs").FirstChild(); table; table = table.NextSibling()) {
     const Names names = NamesOf(table);
     const MxXmlNode fields = doc.Find(u"flds", &table);
@@ -89,8 +89,9 @@ void ForEachEnumValue(MxXmlDoc& doc, Use use) {
   }
 }
 
-void ReadCaxEnums(MxDictionary& dictionary, MxXmlDoc& doc, std::u16string_view program) {
-  const std::u16string enumText = LoadMessage(kMsgCaxEnum);
+void ReadCaxEnums(MxDictionary& dictionary, MxXmlDoc& doc, std::u16string_view program,
+                  Language language) {
+  const std::u16string enumText = LoadMessage(kMsgCaxEnum, language);
   ForEachEnumValue(doc, [&](const Names& enumeration, const MxXmlNode& node) {
     const Names value = NamesOf(node);
     MxWord word;
@@ -132,18 +133,23 @@ std::u16string_view CaxProgramName(std::int32_t caxType) noexcept {
   return u"Unknown";
 }
 
-std::int32_t MxDictionarys::LoadCax(std::int32_t type, const std::u16string& document) {
+std::int32_t MxDictionarys::LoadCax(std::int32_t type, const std::u16string& document,
+                                    Language language) {
   MxXmlDoc doc;
   if (const std::int32_t number = doc.Load(document); number != 0) {
-    return Fail(number, doc.errDescription);
+    MxErrorRecord error;
+    error.cause = kDocumentCause;
+    error.number = number;
+    error.text = doc.errDescription;
+    return Fail(std::move(error));
   }
   const auto dictionary = std::make_shared<MxDictionary>(true, type, document);
   Enter(u"cax:" + Decimal(type), dictionary);
   const std::u16string_view program = CaxProgramName(type);
   // The SQL texts first: a field of unknown type ends the reading below by an exception.
   ReadCaxEnumValues(*dictionary, doc, program);
-  ReadCaxTables(*dictionary, doc);
-  ReadCaxEnums(*dictionary, doc, program);
+  ReadCaxTables(*dictionary, doc, language);
+  ReadCaxEnums(*dictionary, doc, program, language);
   return 0;
 }
 

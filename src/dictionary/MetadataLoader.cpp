@@ -5,6 +5,7 @@
 #include "foundation/Format.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
+#include "platform/ErrorTexts.h"
 #include "platform/MessageTexts.h"
 
 namespace ORKBASE {
@@ -84,13 +85,17 @@ void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
 }
 
 std::int32_t MxDictionarys::FailedQuery() {
-  if (!accessor_) return Fail(-1, LoadMessage(kMsgNoConnection));
-  return Fail(accessor_->errNumber != 0 ? accessor_->errNumber : -1, accessor_->ErrDescription());
+  if (!accessor_) return Fail(MakeError(kRequestCause, kMsgNoConnection));
+  MxErrorRecord error;
+  error.cause = kDatabaseCause;
+  error.number = accessor_->errNumber != 0 ? accessor_->errNumber : kOwnError;
+  error.text = accessor_->ErrDescription();
+  return Fail(std::move(error));
 }
 
-std::u16string MxDictionarys::ReadTemplateRows(ORKDB::CDBRecordSet& rows,
-                                               MxDictionary& dictionary) {
-  const std::u16string prefix = LoadMessage(kMsgThisReport);
+std::u16string MxDictionarys::ReadTemplateRows(ORKDB::CDBRecordSet& rows, MxDictionary& dictionary,
+                                               Language language) {
+  const std::u16string prefix = LoadMessage(kMsgThisReport, language);
   std::u16string tables;
   for (; !rows.EndOfRows(); rows.NextRow()) {
     const MxWord word = ReadFormField(rows, prefix);
@@ -100,18 +105,18 @@ std::u16string MxDictionarys::ReadTemplateRows(ORKDB::CDBRecordSet& rows,
   return tables;
 }
 
-std::int32_t MxDictionarys::LoadReportTemplate(const std::u16string& id) {
+std::int32_t MxDictionarys::LoadReportTemplate(const std::u16string& id, Language language) {
   std::u16string key = u"rt:" + id;
   Remove(key);
   const auto rows =
       accessor_ ? accessor_->QueryByStatement(kTemplateStatement, OneParam(u"rtId", id)) : nullptr;
   if (!rows || accessor_->errNumber != 0) return FailedQuery();
-  if (rows->EndOfRows()) return Fail(-1, Format(LoadMessage(kMsgNoReportTemplate), {id}));
+  if (rows->EndOfRows()) return Fail(MakeError(kRequestCause, kMsgNoReportTemplate, {id}));
 
   const auto dictionary = std::make_shared<MxDictionary>();
   dictionary->name = key;
   Enter(std::move(key), dictionary);
-  const std::u16string tables = ReadTemplateRows(*rows, *dictionary);
+  const std::u16string tables = ReadTemplateRows(*rows, *dictionary, language);
   // An error of a data table stays in this object: the lexer meets the missing table later.
   if (!tables.empty()) LoadDataTables(tables);
   return 0;
@@ -131,7 +136,7 @@ std::int32_t MxDictionarys::LoadDataTable(std::u16string_view name) {
                                                          OneParam(u"dtName", name))
                               : nullptr;
   if (!rows || accessor_->errNumber != 0) return FailedQuery();
-  if (rows->EndOfRows()) return Fail(-1, Format(LoadMessage(kMsgNoDataTable), {name}));
+  if (rows->EndOfRows()) return Fail(MakeError(kRequestCause, kMsgNoDataTable, {name}));
 
   auto dictionary = std::make_shared<MxDictionary>();
   dictionary->name = key;

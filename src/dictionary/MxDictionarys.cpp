@@ -4,12 +4,16 @@
 #include <utility>
 
 #include "dictionary/BaseVocabulary.h"
-#include "foundation/Text.h"
+#include "platform/ErrorTexts.h"
 
 namespace ORKBASE {
 
-MxDictionarys::MxDictionarys() : base_(SharedBaseVocabulary()) {
+MxDictionarys::MxDictionarys(Language language) : base_(SharedBaseVocabulary(language)) {
   dictionaries_.emplace(u"base", base_->words);
+}
+
+std::u16string MxDictionarys::ErrDescription() const {
+  return DescriptionOf(error_);
 }
 
 const MxWord* MxDictionarys::FindByDesc(std::u16string_view text) const {
@@ -63,9 +67,9 @@ const std::u16string& MxDictionarys::sysVarDoc() const noexcept {
   return base_->sysVarDoc;
 }
 
-std::int32_t MxDictionarys::Fail(std::int32_t number, std::u16string description) {
-  myRaiseError(number, std::move(description));
-  return number;
+std::int32_t MxDictionarys::Fail(MxErrorRecord error) {
+  error_ = std::move(error);
+  return error_.number;
 }
 
 }  // namespace ORKBASE

@@ -8,9 +8,10 @@
 #include <string_view>
 
 #include "DataAccess.h"
-#include "MxErrorState.h"
+#include "MxErrorRecord.h"
 #include "MxRuleEnums.h"
 #include "dictionary/MxDictionary.h"
+#include "platform/ThreadLanguage.h"
 
 namespace ORKBASE {
 
@@ -20,12 +21,17 @@ struct BaseVocabulary;
 /// Named dictionaries in key order, which settles what wins when a word stands in several: "base",
 /// "cax:" + CAX type, "dt:" + data table, "rt:" + report-template id. A copy shares dictionaries
 /// and connection with its source and has a map of its own. Used by one thread at a time.
-class MxDictionarys : public MxErrorState {
+class MxDictionarys {
  public:
   using Map = std::map<std::u16string, std::shared_ptr<MxDictionary>, std::less<>>;
 
-  /// Holds the base vocabulary in the language of the calling thread.
-  MxDictionarys();
+  /// Holds the base vocabulary in a language.
+  explicit MxDictionarys(Language language = CurrentLanguage());
+
+  /// The error of the last load that failed. A load that succeeds leaves it.
+  const MxErrorRecord& Error() const noexcept { return error_; }
+  std::int32_t ErrNumber() const noexcept { return error_.number; }
+  std::u16string ErrDescription() const;
 
   /// Stores how to reach the database; nothing is opened yet.
   void Connect(const std::u16string& server, std::int32_t port, const ORKDB::MxProxyInfo& proxyInfo,
@@ -33,13 +39,15 @@ class MxDictionarys : public MxErrorState {
                bool flagA, bool flagB, const std::u16string& dbArgC);
 
   /// The loads return 0, or the number that they leave as error. A template is always read anew and
-  /// brings its data tables along; a data table is read once.
-  std::int32_t LoadReportTemplate(const std::u16string& id);
+  /// brings its data tables along; a data table is read once. Display forms of form fields and of
+  /// CAD words begin with a word of the language.
+  std::int32_t LoadReportTemplate(const std::u16string& id, Language language = CurrentLanguage());
   std::int32_t LoadDataTables(std::u16string_view list);
   std::int32_t LoadDataTable(std::u16string_view name);
   /// Throws a `const char16_t*` for a field of unknown data type; the dictionary then stands with
   /// the words read so far.
-  std::int32_t LoadCax(std::int32_t type, const std::u16string& document);
+  std::int32_t LoadCax(std::int32_t type, const std::u16string& document,
+                       Language language = CurrentLanguage());
 
   /// The word of the first dictionary that has it, or null. Valid until that dictionary changes.
   const MxWord* FindByDesc(std::u16string_view text) const;
@@ -62,11 +70,13 @@ class MxDictionarys : public MxErrorState {
   const std::u16string& sysVarDoc() const noexcept;
 
  private:
-  std::int32_t Fail(std::int32_t number, std::u16string description);
+  std::int32_t Fail(MxErrorRecord error);
   /// The error of a query that failed, or one of our own where there is no connection.
   std::int32_t FailedQuery();
-  std::u16string ReadTemplateRows(ORKDB::CDBRecordSet& rows, MxDictionary& dictionary);
+  static std::u16string ReadTemplateRows(ORKDB::CDBRecordSet& rows, MxDictionary& dictionary,
+                                         Language language);
 
+  MxErrorRecord error_;
   std::shared_ptr<ORKDB::CDBAccessor> accessor_;
   std::shared_ptr<const BaseVocabulary> base_;
   Map dictionaries_;

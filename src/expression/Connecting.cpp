@@ -34,29 +34,29 @@ void MxExpression::Connect(const std::u16string& server, std::int32_t port,
 }
 
 bool MxExpression::SetRt(const std::u16string& id) {
-  ResetError();
+  Reset();
   state_->rtId = id;
   MxDictionarys& dictionaries = state_->dictionaries;
   if (dictionaries.LoadReportTemplate(id) != 0) {
-    myRaiseError(dictionaries.ErrNumber(), dictionaries.ErrDescription());
+    Raise(dictionaries.Error());
   }
   return false;
 }
 
 bool MxExpression::SetDts(const std::u16string& tables) {
-  ResetError();
+  Reset();
   MxDictionarys& dictionaries = state_->dictionaries;
   if (dictionaries.LoadDataTables(tables) != 0) {
-    myRaiseError(dictionaries.ErrNumber(), dictionaries.ErrDescription());
+    Raise(dictionaries.Error());
   }
   return false;
 }
 
 bool MxExpression::SetCAXDD(std::int32_t type, const std::u16string& document) {
-  ResetError();
+  Reset();
   MxDictionarys& dictionaries = state_->dictionaries;
   if (dictionaries.LoadCax(type, document) != 0) {
-    myRaiseError(dictionaries.ErrNumber(), dictionaries.ErrDescription());
+    Raise(dictionaries.Error());
   }
   return false;
 }

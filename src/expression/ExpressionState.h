@@ -36,7 +36,7 @@ struct MxExpression::State {
   bool useIsNull = true;
   std::u16string rtId;
   ORKDB_DSType_ENUM dsType = kSqlServerDs;
-  std::int32_t refusedToken = -1;
+  MxErrorRecord error;  ///< the last one
 
  private:
   void CopyModes(const State& other);

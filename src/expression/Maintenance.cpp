@@ -26,7 +26,7 @@ std::u16string_view TableOfToken(std::u16string_view token) {
 }  // namespace
 
 bool MxExpression::IsDtsInExp(const std::u16string& tables, const std::u16string& expression) {
-  ResetError();
+  Reset();
   const std::u16string list = ToUpper(tables);
   for (std::u16string_view rest = expression; !rest.empty();) {
     const std::u16string_view token = FirstToken(rest);
@@ -38,7 +38,7 @@ bool MxExpression::IsDtsInExp(const std::u16string& tables, const std::u16string
 
 void MxExpression::RemoveDt(std::u16string& expression, const std::u16string& tables,
                             MXRULE_DATATYPE type) {
-  ResetError();
+  Reset();
   std::u16string document;
   if (!Verify(type, expression, document)) return;
   TagTree tree;
@@ -49,7 +49,7 @@ void MxExpression::RemoveDt(std::u16string& expression, const std::u16string& ta
 
 std::int32_t MxExpression::ReplaceDtOrDfNames(const std::u16string& tableRenames,
                                               const std::u16string& fieldRenames) {
-  ResetError();
+  Reset();
   if (!tableRenames.empty()) state_->dictionaries.ReplaceDtNames(tableRenames);
   if (!fieldRenames.empty()) state_->dictionaries.ReplaceDfNames(fieldRenames);
   return 0;
@@ -58,7 +58,7 @@ std::int32_t MxExpression::ReplaceDtOrDfNames(const std::u16string& tableRenames
 std::u16string MxExpression::ChangeExpWithNewDtDfNames(const std::u16string& tableRenames,
                                                        const std::u16string& fieldRenames,
                                                        const std::u16string& expression) {
-  ResetError();
+  Reset();
   if (state_->dsType != kSqlServerDs) state_->quotes = {u"\"", u"\""};
   return RenameInText(tableRenames, fieldRenames, state_->quotes, expression);
 }

@@ -6,11 +6,25 @@
 #include "OrkPlatform.h"
 #include "expression/ExpressionState.h"
 #include "expression/TranslatorChoice.h"
-#include "foundation/Format.h"
-#include "platform/MessageTexts.h"
+#include "platform/ErrorTexts.h"
 #include "translator/IsNullForm.h"
 
 namespace ORKBASE {
+namespace {
+
+/// The place of a refused word, or the end of the rule for none.
+void SetPlace(MxErrorRecord& error, std::u16string_view rule, const WordView* word) {
+  if (!word) {
+    error.offset = static_cast<std::int32_t>(rule.size());
+    return;
+  }
+  error.token = word->token;
+  error.offset = static_cast<std::int32_t>(word->written.data() - rule.data());
+  error.length = static_cast<std::int32_t>(word->written.size());
+  error.word = word->written;
+}
+
+}  // namespace
 
 MxExpression::State::State(const State& other)
     : dictionaries(other.dictionaries), translator(other.translator) {
@@ -32,7 +46,7 @@ void MxExpression::State::CopyModes(const State& other) {
   useIsNull = other.useIsNull;
   rtId = other.rtId;
   dsType = other.dsType;
-  refusedToken = other.refusedToken;
+  error = other.error;
 }
 
 void MxExpression::State::CreateTranslator(ORKDB_DSType_ENUM requested) {
@@ -56,50 +70,66 @@ MxExpression& MxExpression::operator=(const MxExpression& other) {
 }
 MxExpression::~MxExpression() = default;
 
+const MxErrorRecord& MxExpression::errRecord() const noexcept {
+  return state_->error;
+}
+
+void MxExpression::Reset() noexcept {
+  ResetError();
+  state_->error = {};
+}
+
+void MxExpression::Raise(MxErrorRecord error) {
+  myRaiseError(error.number, DescriptionOf(error));
+  state_->error = std::move(error);
+}
+
 bool MxExpression::Verify(MXRULE_DATATYPE type, const std::u16string& expression,
                           std::u16string& document) {
-  ResetError();
+  Reset();
   State& state = *state_;
-  state.refusedToken = -1;
   state.lexer.dictionarys = &state.dictionaries;
   std::vector<WordView>& words = state.words;
   words.clear();
   std::forward_list<std::u16string> composed;
-  state.lexer.ReadWords(expression, words, composed);
+  state.lexer.ReadWords(expression, CurrentLanguage(), words, composed);
+  MxErrorRecord error;
   for (WordView& word : words) {
-    const std::u16string_view content = word.content;
-    const LexicalError error = state.lexer.VerifyToken(word);
-    if (!error.refused) continue;
-    state.refusedToken = word.token;
-    const std::u16string text = error.message != 0 ? LoadMessage(error.message) : u"";
-    myRaiseError(error.message != 0 ? -1 : 0, Format(text, {content}));
+    if (state.lexer.VerifyToken(word, error)) continue;
+    SetPlace(error, expression, &word);
+    Raise(std::move(error));
     return false;
   }
   // A text may be made of a value of any type, so type 2, and 8 with it, is parsed as 5.
   const bool isText = type == kStrDataType || type == kMemoDataType;
-  ParseError error;
-  if (state.parser.ParseExpr(isText ? kVarDataType : type, words, document, error)) return true;
-  state.refusedToken = error.token;
-  myRaiseError(-1, std::move(error.description));
+  std::int32_t refused = -1;
+  if (state.parser.ParseExpr(isText ? kVarDataType : type, words, document, error, refused)) {
+    return true;
+  }
+  if (refused >= 0) {
+    const auto index = static_cast<std::size_t>(refused);
+    SetPlace(error, expression, index < words.size() ? &words[index] : nullptr);
+  }
+  Raise(std::move(error));
   return false;
 }
 
 std::int32_t RefusedToken(const MxExpression& expression) noexcept {
-  return expression.state_->refusedToken;
+  return expression.errRecord().token;
 }
 
 std::u16string MxExpression::GetDict_funcs() {
-  ResetError();
+  Reset();
   return state_->dictionaries.funcsDoc();
 }
 
 std::u16string MxExpression::GetDict_operators() {
-  ResetError();
+  Reset();
   return state_->dictionaries.operatorsDoc();
 }
 
 std::u16string MxExpression::GetDict_sysVar() {
-  ResetError();
+  Reset();
   return state_->dictionaries.sysVarDoc();
 }
 

@@ -4,6 +4,8 @@
 #include "document/TagReader.h"
 #include "expression/ExpressionState.h"
 
+#include <utility>
+
 namespace ORKBASE {
 namespace {
 
@@ -21,12 +23,16 @@ void ComposeTwo(Tag root, std::u16string& a, std::u16string& b) {
 bool MxExpression::GetSpec(std::u16string document, ORKDB_DSType_ENUM dsType,
                            std::u16string& translated, std::u16string& a, std::u16string& b,
                            bool twoParts) {
-  ResetError();
+  Reset();
   State& state = *state_;
   state.CreateTranslator(dsType);
   if (state.translator->Translate(document, translated) != 0) {
     // What counts is a second attempt; the error of the first stays in any case.
-    myRaiseError(state.translator->errorNo, state.translator->errorDesc);
+    MxErrorRecord error;
+    error.cause = kDocumentCause;
+    error.number = state.translator->errorNo;
+    error.text = state.translator->errorDesc;
+    Raise(std::move(error));
     if (state.translator->Translate(document, translated) != 0) return false;
   }
   const Tag root = state.translator->TranslatedRoot();
@@ -55,7 +61,7 @@ std::int32_t MxExpression::Compose(const std::u16string& translated, std::u16str
 
 std::u16string MxExpression::GetSysTabName(MXRULE_SYMBOL_TYPE symbolType,
                                            const std::u16string& text) {
-  ResetError();
+  Reset();
   if (!state_->translator) state_->CreateTranslator(kSqlServerDs);
   return state_->translator->GetTempColumnName(symbolType, text);
 }

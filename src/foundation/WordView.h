@@ -16,13 +16,14 @@ struct WordView {
   std::int32_t symbol = kUnknownSymbol;
   std::int32_t dataType = kVarDataType;
   std::int32_t postfixCheck = 0;
-  std::int32_t token = -1;        ///< index of the token it came from, -1 for none
+  std::u16string_view written;    ///< the token it came from, as it stands in the rule
+  std::int32_t token = -1;        ///< index of that token, -1 for none
   const MxWord* entry = nullptr;  ///< the dictionary's word that it was taken from
 };
 
 inline WordView ViewOf(const MxWord& word) noexcept {
-  return {word.primary,  word.outDesc,      word.content, word.symbol,
-          word.dataType, word.postfixCheck, -1,           &word};
+  return {word.primary,      word.outDesc, word.content, word.symbol, word.dataType,
+          word.postfixCheck, {},           -1,           &word};
 }
 
 }  // namespace ORKBASE

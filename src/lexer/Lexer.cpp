@@ -17,8 +17,8 @@ WordView UnknownWord(std::u16string_view token) noexcept {
   return word;
 }
 
-void Lexer::PrepareRecognition() {
-  if (!thiscaseVarOn1RcId) currentRecordPrefix_ = LoadMessage(kMsgThisReport) + u".";
+void Lexer::PrepareRecognition(Language language) {
+  if (!thiscaseVarOn1RcId) currentRecordPrefix_ = LoadMessage(kMsgThisReport, language) + u".";
 }
 
 const MxWord* Lexer::Find(std::u16string_view key) const {
@@ -43,9 +43,9 @@ Lexer::Recognised Lexer::Recognise(std::u16string_view token) const {
   return {};
 }
 
-void Lexer::ReadWords(std::u16string_view text, std::vector<WordView>& words,
+void Lexer::ReadWords(std::u16string_view text, Language language, std::vector<WordView>& words,
                       std::forward_list<std::u16string>& composed) {
-  PrepareRecognition();
+  PrepareRecognition(language);
   std::array<const MxWord*, 128> characters{};  // words of one that were found
   for (std::int32_t index = 0; !text.empty(); ++index) {
     const std::u16string_view token = FirstToken(text);
@@ -60,7 +60,7 @@ void Lexer::ReadWords(std::u16string_view text, std::vector<WordView>& words,
       word.primary =
           composed.emplace_front(std::u16string(found.word->primary).append(found.postfix));
     }
-    word.content = token;
+    word.content = word.written = token;
     word.token = index;
   }
 }

@@ -7,18 +7,13 @@
 #include <string_view>
 #include <vector>
 
-#include "MxRuleEnums.h"
+#include "MxErrorRecord.h"
 #include "foundation/WordView.h"
+#include "platform/ThreadLanguage.h"
 
 namespace ORKBASE {
 
 class MxDictionarys;
-
-/// What a token is refused with. Message 0 is a refusal without a text of its own.
-struct LexicalError {
-  bool refused = false;
-  std::int32_t message = 0;
-};
 
 /// Recognises and verifies words. Refers to a dictionary set that it does not own, or to none. Used
 /// by one thread at a time.
@@ -34,22 +29,24 @@ class Lexer {
   };
 
   /// Reads what `Recognise` needs from the messages; to be called before a run of tokens.
-  void PrepareRecognition();
+  void PrepareRecognition(Language language);
   Recognised Recognise(std::u16string_view token) const;
 
   /// Appends a word for each token of the rule that is not blank. The words refer to `text`, to the
   /// dictionaries and to `composed`, which must all outlive them.
-  void ReadWords(std::u16string_view text, std::vector<WordView>& words,
+  void ReadWords(std::u16string_view text, Language language, std::vector<WordView>& words,
                  std::forward_list<std::u16string>& composed);
 
-  /// Decides a word for good; see `MxLexicalAnalyzer::VerifyToken`.
-  LexicalError VerifyToken(WordView& word) const;
+  /// Decides a word for good; see `MxLexicalAnalyzer::VerifyToken`. Where it is refused, `error`
+  /// tells why, but not where: the words know no rule text. A refusal with the number 0 has no
+  /// text.
+  bool VerifyToken(WordView& word, MxErrorRecord& error) const;
 
  private:
-  LexicalError VerifyDataTypePostfix(WordView& word) const;
-  LexicalError VerifyDataTablePostfix(const WordView& word) const;
-  LexicalError VerifyConstant(WordView& word) const;
-  void VerifyDataField(WordView& word) const;
+  bool VerifyDataTypePostfix(WordView& word, MxErrorRecord& error) const;
+  bool VerifyDataTablePostfix(const WordView& word) const;
+  bool VerifyConstant(WordView& word, MxErrorRecord& error) const;
+  void VerifyDataField(WordView& word, MxErrorRecord& error) const;
   const MxWord* Find(std::u16string_view key) const;
 
   std::u16string currentRecordPrefix_;

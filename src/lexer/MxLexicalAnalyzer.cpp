@@ -3,12 +3,11 @@
 
 #include <utility>
 
-#include "foundation/Format.h"
 #include "foundation/Text.h"
 #include "lexer/Lexer.h"
 #include "lexer/TextRenamer.h"
 #include "lexer/Tokeniser.h"
-#include "platform/MessageTexts.h"
+#include "platform/ErrorTexts.h"
 
 namespace ORKBASE {
 
@@ -40,7 +39,7 @@ void MxLexicalAnalyzer::GeneratePrimaryTokens(const std::vector<std::u16string>&
                                               std::vector<std::u16string>& primaries,
                                               std::vector<MxWord>& words) {
   if (originals.empty()) return;
-  state_->lexer.PrepareRecognition();
+  state_->lexer.PrepareRecognition(CurrentLanguage());
   for (const std::u16string& token : originals) {
     if (IsBlankText(token)) {
       primaries.push_back(token);
@@ -78,17 +77,16 @@ bool MxLexicalAnalyzer::LexicalCheck(std::vector<MxWord>& words) {
 
 bool MxLexicalAnalyzer::VerifyToken(MxWord& word) {
   WordView view = ViewOf(word);
-  const LexicalError error = state_->lexer.VerifyToken(view);
+  MxErrorRecord error;
+  const bool isGood = state_->lexer.VerifyToken(view, error);
   if (view.entry != &word) {
     word = MxWord(*view.entry);
   } else {
     word.symbol = view.symbol;
     word.dataType = view.dataType;
   }
-  if (error.refused && error.message != 0) {
-    myRaiseError(-1, Format(LoadMessage(error.message), {word.content}));
-  }
-  return !error.refused;
+  if (!isGood && error.number != 0) myRaiseError(error.number, DescriptionOf(error));
+  return isGood;
 }
 
 void MxLexicalAnalyzer::ChangeExpWithNewDtDfNames(ORKDB_DSType_ENUM dsType,

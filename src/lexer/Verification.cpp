@@ -4,11 +4,14 @@
 #include "dictionary/MxDictionarys.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
+#include "platform/ErrorTexts.h"
 #include "platform/LocaleDates.h"
 
 #include <algorithm>
 #include <charconv>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace ORKBASE {
 namespace {
@@ -29,8 +32,14 @@ constexpr TypePostfix kTypePostfixes[] = {
 constexpr std::u16string_view kPseudoColumns[] = {u"LUMENTARCID", u"RCID", u"LUMENTARN"};
 // clang-format on
 
-LexicalError Refused(std::int32_t message) noexcept {
-  return {true, message};
+/// Fills in the error and returns false.
+bool Refuse(const WordView& word, std::int32_t message, MxErrorRecord& error) {
+  std::vector<MxErrorRecord> behind = std::move(error.behind);
+  error = MakeError(kRuleCause, message, {word.content});
+  const bool isOutage = !behind.empty() && behind.front().cause == kDatabaseCause;
+  if (isOutage) error.cause = kDatabaseCause;
+  error.behind = std::move(behind);
+  return false;
 }
 
 void BecomeConstant(WordView& word, MXRULE_DATATYPE dataType) noexcept {
@@ -86,59 +95,60 @@ bool HasUnpairedQuote(std::u16string_view primary) noexcept {
 
 }  // namespace
 
-LexicalError Lexer::VerifyToken(WordView& word) const {
-  LexicalError error;
-  if (word.symbol != kUnknownSymbol && word.postfixCheck == 1) error = VerifyDataTypePostfix(word);
-  if (error.refused) return error;
-  if (word.symbol != kUnknownSymbol && word.postfixCheck == 2) error = VerifyDataTablePostfix(word);
-  if (error.refused) return error;
-  if (word.symbol == kUnknownSymbol) error = VerifyConstant(word);
-  if (error.refused) return error;
-  if (word.symbol == kUnknownSymbol) VerifyDataField(word);
-  return word.symbol == kUnknownSymbol ? Refused(kMsgUnknownWord) : LexicalError{};
+bool Lexer::VerifyToken(WordView& word, MxErrorRecord& error) const {
+  if (word.symbol != kUnknownSymbol) {
+    if (word.postfixCheck == 1) return VerifyDataTypePostfix(word, error);
+    return word.postfixCheck != 2 || VerifyDataTablePostfix(word);
+  }
+  if (!VerifyConstant(word, error)) return false;
+  if (word.symbol == kUnknownSymbol) VerifyDataField(word, error);
+  return word.symbol != kUnknownSymbol || Refuse(word, kMsgUnknownWord, error);
 }
 
-LexicalError Lexer::VerifyDataTypePostfix(WordView& word) const {
+bool Lexer::VerifyDataTypePostfix(WordView& word, MxErrorRecord& error) const {
   constexpr std::size_t kLength = 3;
-  if (word.primary.size() < kLength) return Refused(kMsgBadPostfix);
+  if (word.primary.size() < kLength) return Refuse(word, kMsgBadPostfix, error);
   const std::u16string_view postfix = word.primary.substr(word.primary.size() - kLength);
   for (const TypePostfix& row : kTypePostfixes) {
     if (!EqualsIgnoringCase(postfix, row.postfix)) continue;
     word.dataType = row.dataType;
-    return {};
+    return true;
   }
-  return Refused(kMsgBadPostfix);
+  return Refuse(word, kMsgBadPostfix, error);
 }
 
-LexicalError Lexer::VerifyDataTablePostfix(const WordView& word) const {
+bool Lexer::VerifyDataTablePostfix(const WordView& word) const {
   const std::size_t bracket = word.primary.find(u'[');
-  if (bracket == word.primary.npos) return {};
+  if (bracket == word.primary.npos) return true;
   std::u16string_view name = word.primary.substr(bracket + 1);
   if (!name.empty()) name.remove_suffix(1);
-  if (!dictionarys) return Refused(0);
-  if (dictionarys->Find(std::u16string(u"dt:").append(name))) return {};
-  return dictionarys->LoadDataTable(name) == 0 ? LexicalError{} : Refused(0);
+  if (!dictionarys) return false;
+  if (dictionarys->Find(std::u16string(u"dt:").append(name))) return true;
+  return dictionarys->LoadDataTable(name) == 0;
 }
 
-LexicalError Lexer::VerifyConstant(WordView& word) const {
+bool Lexer::VerifyConstant(WordView& word, MxErrorRecord& error) const {
   const std::u16string_view primary = word.primary;
   if (IsNumber(primary)) BecomeConstant(word, kNumDataType);
-  if (word.symbol != kUnknownSymbol || !primary.starts_with(u'\'')) return {};
-  if (primary.size() == 1) return Refused(kMsgUnpairedQuote);
-  if (!primary.ends_with(u'\'')) return Refused(kMsgUnclosedText);
+  if (word.symbol != kUnknownSymbol || !primary.starts_with(u'\'')) return true;
+  if (primary.size() == 1) return Refuse(word, kMsgUnpairedQuote, error);
+  if (!primary.ends_with(u'\'')) return Refuse(word, kMsgUnclosedText, error);
   if (IsDate(primary)) {
     BecomeConstant(word, kDateDataType);
-    return {};
+    return true;
   }
-  if (HasUnpairedQuote(primary)) return Refused(kMsgUnpairedQuote);
+  if (HasUnpairedQuote(primary)) return Refuse(word, kMsgUnpairedQuote, error);
   BecomeConstant(word, kStrDataType);
-  return {};
+  return true;
 }
 
-void Lexer::VerifyDataField(WordView& word) const {
+void Lexer::VerifyDataField(WordView& word, MxErrorRecord& error) const {
   const auto pieces = SplitText(word.outDesc, u".");
   if (pieces.size() != 2 || !dictionarys) return;
-  if (dictionarys->LoadDataTable(pieces[0]) != 0) return;
+  if (dictionarys->LoadDataTable(pieces[0]) != 0) {
+    error.behind = {dictionarys->Error()};
+    return;
+  }
   const std::u16string field = ToUpper(pieces[1]);
   for (const std::u16string_view column : kPseudoColumns) {
     if (field != column) continue;
@@ -146,8 +156,10 @@ void Lexer::VerifyDataField(WordView& word) const {
     return;
   }
   if (const MxWord* found = Find(word.outDesc)) {
+    const std::u16string_view written = word.written;
     const std::int32_t token = word.token;
     word = ViewOf(*found);
+    word.written = written;
     word.token = token;
   }
 }

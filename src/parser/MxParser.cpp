@@ -1,10 +1,9 @@
 // The exported parser: the interpreter over words that the caller owns.
 #include "MxParser.h"
 
-#include <utility>
-
 #include "foundation/WordView.h"
 #include "parser/RuleInterpreter.h"
+#include "platform/ErrorTexts.h"
 
 namespace ORKBASE {
 
@@ -29,9 +28,10 @@ bool MxParser::ParseExpr(MXRULE_DATATYPE expected, const std::vector<MxWord>* wo
   if (words) {
     for (const MxWord& word : *words) views.push_back(ViewOf(word));
   }
-  ParseError error;
-  if (state_->interpreter.ParseExpr(expected, views, document, error)) return true;
-  myRaiseError(-1, std::move(error.description));
+  MxErrorRecord error;
+  std::int32_t refused = -1;
+  if (state_->interpreter.ParseExpr(expected, views, document, error, refused)) return true;
+  myRaiseError(error.number, DescriptionOf(error));
   return false;
 }
 

@@ -2,11 +2,10 @@
 #include "parser/RuleInterpreter.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "foundation/Format.h"
 #include "foundation/MessageNumbers.h"
-#include "parser/DisplayNames.h"
-#include "platform/MessageTexts.h"
+#include "platform/ErrorTexts.h"
 
 namespace ORKBASE {
 namespace {
@@ -24,19 +23,24 @@ enum Priority : std::int32_t {
 }  // namespace
 
 bool RuleInterpreter::ParseExpr(MXRULE_DATATYPE expected, std::span<const WordView> words,
-                                std::u16string& document, ParseError& error) {
+                                std::u16string& document, MxErrorRecord& error,
+                                std::int32_t& refused) {
   const std::int16_t startRule = grammar_.StartRuleOf(expected);
   if (startRule < 0) {
-    error = {Format(LoadMessage(kMsgNoStartRule), {DataTypeName(expected)}), -1};
+    error = MakeError(kRequestCause, kMsgNoStartRule);
+    error.arguments = {{MxErrorArgument::kDataType, expected, {}}};
+    refused = -1;
     return false;
   }
   Reset(words);
   if (!Parse(startRule)) {
-    Report(error);
+    error = Report();
+    refused = tooDeep_ ? position_ : furthest_;
     return false;
   }
   if (static_cast<std::size_t>(position_) < words.size()) {
-    error = {LoadMessage(kMsgSurplusWords), words[static_cast<std::size_t>(position_)].token};
+    error = MakeError(kRuleCause, kMsgSurplusWords);
+    refused = position_;
     return false;
   }
   document = shapes_.ToText(nodes_.front());
@@ -339,30 +343,26 @@ void RuleInterpreter::Remember(const GrammarRule& rule, std::int32_t start, std:
   head = static_cast<std::int32_t>(memory_.size() - 1);
 }
 
-void RuleInterpreter::Report(ParseError& error) const {
-  if (tooDeep_) {
-    error = {LoadMessage(kMsgTooDeep), words_[static_cast<std::size_t>(position_)].token};
-    return;
-  }
-  const std::u16string text = LoadMessage(candidate_.message);
-  if (candidate_.priority == kWordsRanOut) {
-    error = {text, -1};
-    return;
-  }
+MxErrorRecord RuleInterpreter::Report() const {
+  if (tooDeep_) return MakeError(kRuleCause, kMsgTooDeep);
+  if (candidate_.priority == kWordsRanOut) return MakeError(kRuleCause, candidate_.message);
   const WordView& word = words_[static_cast<std::size_t>(furthest_)];
-  std::u16string expected;
+  MxErrorRecord error = MakeError(kRuleCause, candidate_.message, {word.content});
+  MxErrorArgument expected;
   switch (candidate_.priority) {
     case kWrongDataType:
-      expected = DataTypeName(candidate_.expected);
+      expected = {MxErrorArgument::kDataType, candidate_.expected, {}};
       break;
     case kWrongSymbol:
-      expected = SymbolName(candidate_.expected);
+      expected = {MxErrorArgument::kSymbol, candidate_.expected, {}};
       break;
     case kWrongLiteral:
-      expected = grammar_.LiteralText(static_cast<std::int16_t>(candidate_.expected));
+      expected.text = grammar_.LiteralText(static_cast<std::int16_t>(candidate_.expected));
       break;
   }
-  error = {Format(text, {word.content, expected}), word.token};
+  error.arguments.push_back(expected);
+  error.expected = {std::move(expected)};
+  return error;
 }
 
 }  // namespace ORKBASE

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "MxErrorRecord.h"
 #include "MxRuleEnums.h"
 #include "foundation/WordView.h"
 #include "parser/CompiledGrammar.h"
@@ -21,22 +22,17 @@
 
 namespace ORKBASE {
 
-/// Why words are no expression.
-struct ParseError {
-  std::u16string description;
-  std::int32_t token = -1;  ///< of the refused word; -1 where the words ran out
-};
-
 /// Brackets, calls, minus signs and "not" that may be open at once.
 inline constexpr std::int32_t kDeepestNesting = 1000;
 
 /// Parses one list of words at a time; keeps its memory from one parse to the next.
 class RuleInterpreter {
  public:
-  /// On success stores the document; on failure leaves it and fills `error`. The words need not
-  /// outlive the call.
+  /// On success stores the document. On failure leaves it and returns false; `error` tells why and
+  /// `refused` the index of the word, that of the number of words where they ran out, -1 for none.
+  /// The words need not outlive the call.
   bool ParseExpr(MXRULE_DATATYPE expected, std::span<const WordView> words,
-                 std::u16string& document, ParseError& error);
+                 std::u16string& document, MxErrorRecord& error, std::int32_t& refused);
 
  private:
   /// A word position, the one behind the last word included.
@@ -105,7 +101,7 @@ class RuleInterpreter {
   const Place& Here() const noexcept { return places_[static_cast<std::size_t>(position_)]; }
   const Remembered* Recall(const GrammarRule& rule) const noexcept;
   void Remember(const GrammarRule& rule, std::int32_t start, std::int32_t end, ShapeIndex shape);
-  void Report(ParseError& error) const;
+  MxErrorRecord Report() const;
 
   const CompiledGrammar& grammar_ = CompiledGrammar::Instance();
   std::span<const WordView> words_;

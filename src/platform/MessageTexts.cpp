@@ -4,7 +4,6 @@
 
 #include "OrkPlatform.h"
 #include "platform/MessageFile.h"
-#include "platform/ThreadLanguage.h"
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -68,8 +67,8 @@ const MessageFile& ProcessMessages() {
 
 }  // namespace
 
-std::u16string LoadMessage(std::int32_t number) {
-  return ProcessMessages().Text(number, ThreadLanguageId(), UserLanguageId());
+std::u16string LoadMessage(std::int32_t number, Language language) {
+  return ProcessMessages().Text(number, language.wished, language.user);
 }
 
 std::u16string MessageText(std::int32_t number) {

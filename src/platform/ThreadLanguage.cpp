@@ -162,6 +162,14 @@ LanguageId UserLanguageId() noexcept {
   return language;
 }
 
+Language CurrentLanguage() noexcept {
+  return {ThreadLanguageId(), UserLanguageId()};
+}
+
+Language LanguageNamed(std::u16string_view tag) noexcept {
+  return {LanguageOfTag(tag), UserLanguageId()};
+}
+
 void SetThreadLanguage(std::u16string_view tag) {
   wishedTag = tag;
   wishedLanguage = LanguageOfTag(tag);

@@ -3,9 +3,24 @@
 
 #include "platform/MessageFile.h"
 
+#include <compare>
 #include <string_view>
 
 namespace ORKBASE {
+
+/// In which language a text is looked for first, and in which second.
+struct Language {
+  LanguageId wished = 0;  ///< of the reader; 0 for none
+  LanguageId user = 0;    ///< of the user who started the program; 0 for none
+
+  friend auto operator<=>(const Language&, const Language&) = default;
+};
+
+/// The language of the calling thread.
+Language CurrentLanguage() noexcept;
+
+/// The language of a BCP 47 tag such as u"zh-CN", whatever thread asks.
+Language LanguageNamed(std::u16string_view tag) noexcept;
 
 /// The wish of the calling thread: what `SetThreadLanguage` set, else its POSIX locale for
 /// messages. 0 for none and for a language without a number. Cheap enough to ask for every message.

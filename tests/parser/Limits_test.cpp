@@ -1,6 +1,7 @@
 // Large and deep input: nesting ends at a limit, everything else takes time and memory in
 // proportion, and no stack. Each test runs on a thread with a stack of 1 MiB.
 #include "parser/RuleInterpreter.h"
+#include "platform/ErrorTexts.h"
 
 #include "OrkPlatform.h"
 #include "RuleWords.h"
@@ -44,15 +45,16 @@ class WordList {
 struct Outcome {
   bool holds = false;
   std::u16string document;
-  ParseError error;
+  MxErrorRecord error;
+  std::int32_t refused = -1;
 };
 
 Outcome ParseOnSmallStack(MXRULE_DATATYPE type, const WordList& words) {
   Outcome outcome;
   OnSmallThread([&] {
     SetThreadLanguage(u"en");
-    outcome.holds =
-        RuleInterpreter().ParseExpr(type, words.views(), outcome.document, outcome.error);
+    outcome.holds = RuleInterpreter().ParseExpr(type, words.views(), outcome.document,
+                                                outcome.error, outcome.refused);
   });
   return outcome;
 }
@@ -93,10 +95,10 @@ TEST(NestingLimit, TakesAThousandAndRefusesOneMore) {
   for (const Nest& nest : kNests) {
     SCOPED_TRACE(nest.title);
     const Outcome most = ParseOnSmallStack(nest.type, Nested(nest, kMost));
-    EXPECT_TRUE(most.holds) << U8(most.error.description);
+    EXPECT_TRUE(most.holds) << U8(DescriptionOf(most.error));
     const Outcome more = ParseOnSmallStack(nest.type, Nested(nest, kMost + 1));
     EXPECT_FALSE(more.holds);
-    EXPECT_EQ(U8(more.error.description), "The rule is nested too deeply.");
+    EXPECT_EQ(U8(DescriptionOf(more.error)), "The rule is nested too deeply.");
     EXPECT_EQ(U8(more.document), "");
   }
 }
@@ -112,7 +114,7 @@ TEST(NestingLimit, CountsAllKindsTogether) {
     return words;
   };
   EXPECT_TRUE(ParseOnSmallStack(kLogicDataType, nested(100)).holds);
-  EXPECT_EQ(U8(ParseOnSmallStack(kLogicDataType, nested(101)).error.description),
+  EXPECT_EQ(U8(DescriptionOf(ParseOnSmallStack(kLogicDataType, nested(101)).error)),
             "The rule is nested too deeply.");
 }
 
@@ -127,19 +129,19 @@ TEST(NestingLimit, EndsTheParseAtTheWordThatIsTooDeep) {
   words.Add(u"(", 5000).Add(u"T.a>1");
   const Outcome outcome = ParseOnSmallStack(kLogicDataType, words);
   EXPECT_FALSE(outcome.holds);
-  EXPECT_EQ(outcome.error.token, static_cast<std::int32_t>(kMost));
+  EXPECT_EQ(outcome.refused, static_cast<std::int32_t>(kMost));
 }
 
 TEST(LargeInput, AMebibyteOfOneBracket) {
   WordList open;
   open.Add(u"(", 1 << 20);
-  EXPECT_EQ(U8(ParseOnSmallStack(kVarDataType, open).error.description),
+  EXPECT_EQ(U8(DescriptionOf(ParseOnSmallStack(kVarDataType, open).error)),
             "The rule is nested too deeply.");
   WordList close;
   close.Add(u")", 1 << 20);
   const Outcome outcome = ParseOnSmallStack(kVarDataType, close);
   EXPECT_FALSE(outcome.holds);
-  EXPECT_EQ(outcome.error.token, 0);
+  EXPECT_EQ(outcome.refused, 0);
 }
 
 TEST(LargeInput, AMebibyteOfDigits) {
@@ -172,8 +174,8 @@ TEST(LargeInput, AChainThatBreaksAtItsEnd) {
   words.Add(u"T.a>1 or", 20'000);
   const Outcome outcome = ParseOnSmallStack(kLogicDataType, words);
   EXPECT_FALSE(outcome.holds);
-  EXPECT_EQ(outcome.error.token, -1);
-  EXPECT_EQ(U8(outcome.error.description),
+  EXPECT_EQ(outcome.refused, static_cast<std::int32_t>(words.views().size()));
+  EXPECT_EQ(U8(DescriptionOf(outcome.error)),
             "The rule ends too early, something is missing at its end.");
 }
 
@@ -190,17 +192,17 @@ TEST(LargeInput, NestingThatWouldTakeExponentialTime) {
   EXPECT_FALSE(ParseOnSmallStack(kVarDataType, conditions).holds);
 }
 
-TEST(RefusedToken, IsTheWordThatTheMessageQuotes) {
+TEST(RefusedWord, IsTheOneThatTheMessageQuotesOrTheEnd) {
   struct {
     const char16_t* rule;
-    std::int32_t token;
-  } const rows[] = {{u"1+'abc'", 2}, {u"1 2", 1}, {u"1+", -1}, {u"sum(1))", 4}, {u"", -1}};
+    std::int32_t word;
+  } const rows[] = {{u"1+'abc'", 2}, {u"1 2", 1}, {u"1+", 2}, {u"sum(1))", 4}, {u"", 0}};
   for (const auto& row : rows) {
     WordList words;
     words.Add(row.rule);
     const Outcome outcome = ParseOnSmallStack(kNumDataType, words);
     EXPECT_FALSE(outcome.holds);
-    EXPECT_EQ(outcome.error.token, row.token) << U8(row.rule);
+    EXPECT_EQ(outcome.refused, row.word) << U8(row.rule);
   }
 }
 

@@ -6,7 +6,7 @@
 #include "Utf8.h"
 #include "foundation/Format.h"
 #include "foundation/MessageNumbers.h"
-#include "parser/DisplayNames.h"
+#include "platform/DisplayNames.h"
 #include "platform/MessageTexts.h"
 
 #include <gtest/gtest.h>

@@ -62,10 +62,9 @@ class RenameRun {
 
   ExitStatus CheckedAll(RuleInput& input) {
     std::vector<Rule> rules;
-    std::u16string document;
     ORKBASE::MxExpression& engine = engine_.Rules();
     while (std::optional<Rule> rule = input.Next()) {
-      VerifyRule(engine, rule->type, rule->text, document);
+      VerifyRule(engine, rule->type, rule->text);
       rules.push_back(*std::move(rule));
     }
     engine.ReplaceDtOrDfNames(tables_, fields_);
@@ -73,8 +72,9 @@ class RenameRun {
     for (const Rule& rule : rules) {
       const Rule renamed{Renamed(rule), rule.place, rule.type};
       std::optional<Refusal> refusal;
-      if (!VerifyRule(engine, renamed.type, renamed.text, document)) {
-        refusal = RefusalOf(engine, renamed.text);
+      const Verification made = VerifyRule(engine, renamed.type, renamed.text);
+      if (!made.type) {
+        refusal = RefusalOf(made.error);
         status = kRefused;
       }
       Show(rule, renamed.text, refusal);

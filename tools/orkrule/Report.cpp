@@ -1,53 +1,12 @@
 #include "Report.h"
 
-#include "RuleType.h"
 #include "Text.h"
-
-#include "MxLexicalAnalyzer.h"
-#include "OrkPlatform.h"
 
 namespace ORKTOOL {
 namespace {
 
-constexpr std::int32_t kUnknownWord = 6260;
-constexpr std::int32_t kEndsTooEarly = 6294;
+constexpr std::int32_t kOwnError = -1;  // any other number is the database's
 constexpr const char* kIndent = "  ";
-
-std::size_t StartOfToken(const std::vector<std::u16string>& tokens, std::size_t index) {
-  std::size_t start = 0;
-  for (std::size_t i = 0; i < index && i < tokens.size(); ++i) start += tokens[i].size();
-  return start;
-}
-
-bool IsUnknown(const Refusal& refusal, const std::u16string& word) {
-  std::u16string text = ORKBASE::MessageText(kUnknownWord);
-  if (const std::size_t at = text.find(u"%s"); at != text.npos) text.replace(at, 2, word);
-  return refusal.text == text;
-}
-
-/// What loading the table of an unknown word `table.field` says; empty for other words, and where
-/// the table is there. Asked on a copy, so the error of the rule stays.
-std::u16string TableHint(const ORKBASE::MxExpression& rules, const std::u16string& word) {
-  const std::size_t dot = word.find(u'.');
-  if (dot == 0 || dot == word.npos || word.find(u'.', dot + 1) != word.npos) return {};
-  ORKBASE::MxExpression probe = rules;
-  probe.SetDts(word.substr(0, dot));
-  if (probe.errNumber() != 0 && probe.errNumber() != kOwnError) {
-    throw Failure{kInputOutput, ToUtf8(probe.errDescription())};
-  }
-  return probe.errDescription();
-}
-
-/// Fills in where the rule was refused.
-void Locate(Refusal& refusal, const ORKBASE::MxExpression& rules, const std::u16string& rule,
-            std::size_t token) {
-  std::vector<std::u16string> tokens;
-  ORKBASE::MxLexicalAnalyzer().GenerateOriginalTokens(rule, tokens);
-  refusal.at = StartOfToken(tokens, token);
-  if (token < tokens.size() && IsUnknown(refusal, tokens[token])) {
-    refusal.hint = TableHint(rules, tokens[token]);
-  }
-}
 
 bool IsControl(char32_t character) {
   return character < 0x20 || character == 0x7F;
@@ -84,15 +43,13 @@ std::size_t CharactersBefore(std::u16string_view text) {
 
 }  // namespace
 
-Refusal RefusalOf(const ORKBASE::MxExpression& rules, const std::u16string& rule) {
-  Refusal refusal{rules.errNumber(), rules.errDescription()};
-  if (refusal.number != kOwnError) throw Failure{kInputOutput, ToUtf8(refusal.text)};
-  const std::int32_t token = ORKBASE::RefusedToken(rules);
-  if (token >= 0) {
-    Locate(refusal, rules, rule, static_cast<std::size_t>(token));
-  } else if (refusal.text == ORKBASE::MessageText(kEndsTooEarly)) {
-    refusal.at = rule.size();
+Refusal RefusalOf(const ORKBASE::MxErrorRecord& error) {
+  Refusal refusal{error.number, ORKBASE::ErrorText(error)};
+  if (error.cause == ORKBASE::kDatabaseCause || error.number != kOwnError) {
+    throw Failure{kInputOutput, ToUtf8(refusal.text)};
   }
+  if (error.offset >= 0) refusal.at = static_cast<std::size_t>(error.offset);
+  if (!error.behind.empty()) refusal.hint = ORKBASE::ErrorText(error.behind.front());
   return refusal;
 }
 

@@ -8,7 +8,7 @@
 #include "Output.h"
 #include "RuleInput.h"
 
-#include "MxExpression.h"
+#include "MxErrorRecord.h"
 
 #include <cstddef>
 #include <optional>
@@ -24,10 +24,9 @@ struct Refusal {
   std::u16string hint = {};                      ///< why the table of the word is not known
 };
 
-/// The refusal of the `Verify` that just failed. A word of a table that cannot be loaded is just
-/// unknown to the engine: what became of the load is asked for here. Throws `Failure` where the
-/// database failed, not the rule.
-Refusal RefusalOf(const ORKBASE::MxExpression& rules, const std::u16string& rule);
+/// The refusal that an error record tells. Throws `Failure` where the database failed, not the
+/// rule.
+Refusal RefusalOf(const ORKBASE::MxErrorRecord& error);
 
 /// The rule, indented, with a caret line below the line that holds unit `at`; the caret stands
 /// behind the rule where `at` is its length. No caret line without `at`.

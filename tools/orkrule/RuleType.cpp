@@ -1,35 +1,27 @@
 #include "RuleType.h"
 
-#include <limits>
+#include <initializer_list>
+#include <utility>
 
 namespace ORKTOOL {
-namespace {
 
-/// How far the last verification got; a rule that ends too early was read to its end.
-std::int32_t Reached(const ORKBASE::MxExpression& rules) {
-  const std::int32_t token = ORKBASE::RefusedToken(rules);
-  return token < 0 ? std::numeric_limits<std::int32_t>::max() : token;
-}
-
-}  // namespace
-
-std::optional<ORKBASE::MXRULE_DATATYPE> VerifyRule(ORKBASE::MxExpression& rules,
-                                                   ORKBASE::MXRULE_DATATYPE type,
-                                                   const std::u16string& text,
-                                                   std::u16string& document) {
+Verification VerifyRule(ORKBASE::MxExpression& rules, ORKBASE::MXRULE_DATATYPE type,
+                        const std::u16string& text) {
+  Verification made;
   const auto verifiesAs = [&](ORKBASE::MXRULE_DATATYPE asked) {
-    return rules.Verify(asked, text, document);
+    if (rules.Verify(asked, text, made.document)) made.type = asked;
+    return made.type.has_value();
   };
   if (type != kEitherType) {
-    if (verifiesAs(type)) return type;
-    if (rules.errNumber() == kOwnError) verifiesAs(type);
-    return std::nullopt;
+    if (!verifiesAs(type)) made.error = rules.errRecord();
+    return made;
   }
-  if (verifiesAs(ORKBASE::kVarDataType)) return ORKBASE::kVarDataType;
-  const std::int32_t asValue = Reached(rules);
-  if (verifiesAs(ORKBASE::kLogicDataType)) return ORKBASE::kLogicDataType;
-  if (Reached(rules) <= asValue) verifiesAs(ORKBASE::kVarDataType);
-  return std::nullopt;
+  for (const ORKBASE::MXRULE_DATATYPE asked : {ORKBASE::kVarDataType, ORKBASE::kLogicDataType}) {
+    if (verifiesAs(asked)) return made;
+    // A rule that ends too early was read to its end, which lies behind every word.
+    if (rules.errRecord().offset > made.error.offset) made.error = rules.errRecord();
+  }
+  return made;
 }
 
 }  // namespace ORKTOOL

@@ -67,16 +67,16 @@ class SqlRun {
 
   Translation Translate(Engine& engine, const Rule& rule) const {
     Translation made;
-    std::u16string document;
     std::u16string translated;
-    made.verified = VerifyRule(engine.Rules(), rule.type, rule.text, document).has_value();
+    const Verification verification = VerifyRule(engine.Rules(), rule.type, rule.text);
+    made.verified = verification.type.has_value();
     if (!made.verified) {
-      made.refusal = RefusalOf(engine.Rules(), rule.text);
+      made.refusal = RefusalOf(verification.error);
       return made;
     }
     ORKBASE::MxExpression& rules = engine.Translating();
     try {
-      if (!rules.GetSpec(document, engine.Dialect().dsType, translated, made.a, made.b,
+      if (!rules.GetSpec(verification.document, engine.Dialect().dsType, translated, made.a, made.b,
                          options_.split)) {
         made.refusal = Refusal{rules.errNumber(), rules.errDescription()};
       }

@@ -20,12 +20,11 @@ struct StripOptions {
 /// the rule names: only a field whose table is loaded carries its name as it was written.
 std::optional<Refusal> Strip(ORKBASE::MxExpression& rules, const Rule& rule,
                              const std::u16string& tables, std::u16string& out) {
-  std::u16string document;
-  const auto type = VerifyRule(rules, rule.type, rule.text, document);
-  if (!type) return RefusalOf(rules, rule.text);
+  const Verification made = VerifyRule(rules, rule.type, rule.text);
+  if (!made.type) return RefusalOf(made.error);
   out = rule.text;
-  rules.RemoveDt(out, tables, *type);
-  if (rules.errNumber() != 0) return RefusalOf(rules, rule.text);
+  rules.RemoveDt(out, tables, *made.type);
+  if (rules.errNumber() != 0) return RefusalOf(rules.errRecord());
   return std::nullopt;
 }
 

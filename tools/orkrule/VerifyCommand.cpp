@@ -41,13 +41,13 @@ ExitStatus Run(const VerifyOptions& options) {
   RuleInput input(options.rules);
   ExitStatus status = kDone;
   while (const std::optional<Rule> rule = input.Next()) {
-    std::u16string document;
+    const Verification made = VerifyRule(engine.Rules(), rule->type, rule->text);
     std::optional<Refusal> refusal;
-    if (!VerifyRule(engine.Rules(), rule->type, rule->text, document)) {
-      refusal = RefusalOf(engine.Rules(), rule->text);
+    if (!made.type) {
+      refusal = RefusalOf(made.error);
       status = kRefused;
     }
-    Show(options, *rule, document, refusal);
+    Show(options, *rule, made.document, refusal);
   }
   return status;
 }

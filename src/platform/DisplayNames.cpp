@@ -1,5 +1,5 @@
 // The names of value types and kinds of words, by message.
-#include "parser/DisplayNames.h"
+#include "platform/DisplayNames.h"
 
 #include "MxRuleEnums.h"
 #include "foundation/MessageNumbers.h"
@@ -68,14 +68,14 @@ std::int32_t MessageOf(std::span<const NamedNumber> rows, std::int32_t number) n
 
 }  // namespace
 
-std::u16string DataTypeName(std::int32_t dataType) {
+std::u16string DataTypeName(std::int32_t dataType, Language language) {
   const std::int32_t message = MessageOf(kDataTypeNames, dataType);
-  return LoadMessage(message != 0 ? message : std::int32_t{kMsgTypeOther});
+  return LoadMessage(message != 0 ? message : std::int32_t{kMsgTypeOther}, language);
 }
 
-std::u16string SymbolName(std::int32_t symbol) {
+std::u16string SymbolName(std::int32_t symbol, Language language) {
   const std::int32_t message = MessageOf(kSymbolNames, symbol);
-  return message != 0 ? LoadMessage(message) : std::u16string{};
+  return message != 0 ? LoadMessage(message, language) : std::u16string{};
 }
 
 }  // namespace ORKBASE
