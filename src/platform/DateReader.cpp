@@ -3,6 +3,8 @@
 // the orders are tried until one gives a real day.
 #include "platform/DateReader.h"
 
+#include "foundation/Text.h"
+
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
 
@@ -341,7 +343,7 @@ void SortDateWords(DateWords& words) {
 }
 
 bool ReadsAsDate(std::u16string_view text, const DateWords& words) {
-  return DateTextReader(text, words).Read();
+  return DateTextReader(TrimBlanks(text), words).Read();
 }
 
 }  // namespace ORKBASE

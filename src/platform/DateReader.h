@@ -27,6 +27,7 @@ void AddDateWord(DateWords& words, std::u16string_view word, int month);
 void SortDateWords(DateWords& words);
 
 /// Whether the whole text is a date, a time of day, or a date with a time before or behind it.
+/// Blanks at both ends are skipped.
 bool ReadsAsDate(std::u16string_view text, const DateWords& words);
 
 }  // namespace ORKBASE

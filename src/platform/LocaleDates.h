@@ -11,7 +11,8 @@
 namespace ORKBASE {
 
 /// Whether the text is a date in the user's locale. The caller has taken the outer quotes away and
-/// turned "." into "-". The answer is the same on every day and in every time zone.
+/// turned "." into "-". Blanks at both ends are skipped. The answer is the same on every day and in
+/// every time zone.
 bool IsDateText(std::u16string_view text);
 
 /// The short date pattern in the letters y, M and d, such as u"M/d/yy"; empty for a locale that

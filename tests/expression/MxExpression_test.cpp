@@ -207,6 +207,14 @@ TEST_F(Expression, OneWordIsADocumentWithoutChildren) {
             " semanticType=\"1\"/>");
 }
 
+TEST_F(Expression, BlanksAroundADateStayInTheConstant) {
+  MxExpression rules;
+  EXPECT_EQ(Verified(rules, u"' 2020-01-02 '", kDateDataType),
+            "<tag primary=\"' 2020-01-02 '\" outDesc=\"' 2020-01-02 '\" symbol=\"0\""
+            " dataType=\"3\" content=\"' 2020-01-02 '\"/>");
+  EXPECT_EQ(Sql(rules, u"year(' 2020-01-02 ') > 1"), "year(' 2020-01-02 ') > 1");
+}
+
 TEST_F(Expression, SeveralBracketsAreOneMark) {
   MxExpression rules;
   const std::string once = Verified(rules, u"(1 + 2) > 2");

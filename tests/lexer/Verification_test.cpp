@@ -194,8 +194,9 @@ TEST_F(Verification, LooksForPairsOfQuotesInWordsOfTheCaller) {
 }
 
 TEST_F(Verification, RecognisesDates) {
-  for (const char16_t* text : {u"'2021-05-06'", u"'2020.1.2'", u"'2020-1-2'", u"'12:00'",
-                               u"'5/25/2015'", u"'2020-1-2 10:20:30'", u"'January 16'"}) {
+  for (const char16_t* text :
+       {u"'2021-05-06'", u"'2020.1.2'", u"'2020-1-2'", u"'12:00'", u"'5/25/2015'",
+        u"'2020-1-2 10:20:30'", u"'January 16'", u"' 2020-01-02 '"}) {
     EXPECT_EQ(Check(text), "0:3") << U8(text);
   }
   for (const char16_t* text : {u"'20200102'", u"'2020'", u"'2021-02-29'", u"'A-1'", u"'24:00'",
@@ -210,10 +211,12 @@ TEST_F(Verification, DatesFollowTheLocale) {
 }
 
 TEST_F(Verification, DateConstantKeepsItsQuotedText) {
-  std::vector<MxWord> words = WordsOf(u"'2020.1.2'");
-  ASSERT_TRUE(lexer_.LexicalCheck(words));
-  EXPECT_EQ(U8(words[0].primary), "'2020.1.2'");
-  EXPECT_EQ(U8(words[0].content), "'2020.1.2'");
+  for (const char16_t* text : {u"'2020.1.2'", u"' 2020-01-02 '"}) {
+    std::vector<MxWord> words = WordsOf(text);
+    ASSERT_TRUE(lexer_.LexicalCheck(words));
+    EXPECT_EQ(U8(words[0].primary), U8(text));
+    EXPECT_EQ(U8(words[0].content), U8(text));
+  }
 }
 
 TEST_F(Verification, TakesTheTypeOutOfThePostfix) {
