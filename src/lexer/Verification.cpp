@@ -97,8 +97,8 @@ bool HasUnpairedQuote(std::u16string_view primary) noexcept {
 
 bool Lexer::VerifyToken(WordView& word, MxErrorRecord& error) const {
   if (word.symbol != kUnknownSymbol) {
-    if (word.postfixCheck == 1) return VerifyDataTypePostfix(word, error);
-    return word.postfixCheck != 2 || VerifyDataTablePostfix(word);
+    if (word.postfixCheck == kTypePostfix) return VerifyDataTypePostfix(word, error);
+    return word.postfixCheck != kTablePostfix || VerifyDataTablePostfix(word);
   }
   if (!VerifyConstant(word, error)) return false;
   if (word.symbol == kUnknownSymbol) VerifyDataField(word, error);

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "foundation/Text.h"
-#include "parser/SyntaxRules.h"
 
 namespace ORKBASE {
 namespace {
@@ -13,6 +12,17 @@ namespace {
 using Kind = GrammarItem::Kind;
 
 constexpr std::u16string_view kEndsPlainItem = u" <[{(),";
+
+// What the small numbers of the compiled form can hold.
+static_assert(std::ranges::all_of(kSyntaxRules, [](const SyntaxRule& rule) {
+  return std::ranges::count(rule.body, u'|') < kNoAlternative;
+}));
+static_assert(std::ranges::all_of(kTerminalSymbols, [](const TerminalSymbol& terminal) {
+  return static_cast<std::size_t>(terminal.symbol) < RuleStart::kSymbols;
+}));
+static_assert(std::ranges::all_of(kSyntaxRules, [](const SyntaxRule& rule) {
+  return std::ranges::all_of(rule.body, [](char16_t unit) { return unit < 0x80; });
+}));
 
 /// End of the item that begins at the start of a text without blanks in front.
 std::size_t ItemEnd(std::u16string_view text) {
@@ -58,10 +68,10 @@ const CompiledGrammar& CompiledGrammar::Instance() {
 
 CompiledGrammar::CompiledGrammar() {
   characterLiterals_.fill(kNoLiteral);
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     ruleIndex_.emplace(rule.name, static_cast<std::int16_t>(ruleIndex_.size()));
   }
-  for (const SyntaxRule& source : SyntaxRules()) {
+  for (const SyntaxRule& source : kSyntaxRules) {
     GrammarRule rule;
     rule.dataType = source.dataType;
     rule.semanticType = source.semanticType;
@@ -70,7 +80,7 @@ CompiledGrammar::CompiledGrammar() {
     rules_.push_back(rule);
   }
   startRules_.fill(-1);
-  for (const StartRule& start : StartRules()) {
+  for (const StartRule& start : kStartRules) {
     startRules_[static_cast<std::size_t>(start.dataType)] = ruleIndex_.find(start.name)->second;
   }
   ChooseRemembered();
@@ -110,7 +120,7 @@ GrammarItem CompiledGrammar::CompileItem(std::u16string_view text) {
     item.index = rule->second;
     return item;
   }
-  for (const TerminalSymbol& terminal : TerminalSymbols()) {
+  for (const TerminalSymbol& terminal : kTerminalSymbols) {
     if (terminal.name != text) continue;
     item.kind = Kind::kSymbol;
     item.index = static_cast<std::int16_t>(terminal.symbol);

@@ -5,6 +5,7 @@
 #include <array>
 #include <bitset>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -12,6 +13,7 @@
 
 #include "MxRuleEnums.h"
 #include "foundation/KeyMap.h"
+#include "parser/SyntaxRules.h"
 
 namespace ORKBASE {
 
@@ -47,12 +49,11 @@ struct GrammarRule {
 };
 
 inline constexpr std::int16_t kNoLiteral = -1;
-inline constexpr std::size_t kGrammarRules = 127;
 /// A set of rules.
-using RuleSet = std::bitset<kGrammarRules>;
+using RuleSet = std::bitset<std::size(kSyntaxRules)>;
 
 /// Of each rule the first alternative that some word can begin.
-using FirstAlternatives = std::array<std::uint8_t, kGrammarRules>;
+using FirstAlternatives = std::array<std::uint8_t, std::size(kSyntaxRules)>;
 inline constexpr std::uint8_t kNoAlternative = 0xFF;
 
 /// Of the words that a rule can begin with: what an attempt at another word reports.

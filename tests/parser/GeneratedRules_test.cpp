@@ -59,7 +59,7 @@ void ExpectVerifiesAndJoins(MxExpression& rules, const GeneratedRule& rule) {
 TEST(GeneratedRules, ReachEveryRowAndVerify) {
   FullExpression engine;
   RuleGenerator rules(20240, AllRuleWords());
-  for (const SyntaxRule& row : SyntaxRules()) {
+  for (const SyntaxRule& row : kSyntaxRules) {
     if (row.name == kUnreachableRow) continue;
     SCOPED_TRACE(U8(row.name));
     for (int i = 0; i < kRulesPerRow; ++i) {
@@ -67,7 +67,7 @@ TEST(GeneratedRules, ReachEveryRowAndVerify) {
     }
     EXPECT_TRUE(rules.Reached().contains(row.name));
   }
-  EXPECT_EQ(rules.Reached().size(), SyntaxRules().size() - 1);
+  EXPECT_EQ(rules.Reached().size(), std::size(kSyntaxRules) - 1);
 }
 
 TEST(GeneratedRules, NoWalkLeadsToTheRowThatNothingNames) {
@@ -87,7 +87,7 @@ TEST(GeneratedRules, MatchEveryRowInTheEnd) {
   PlainInterpreter plain;
   RuleGenerator rules(3, AllRuleWords());
   std::u16string document;
-  for (const SyntaxRule& row : SyntaxRules()) {
+  for (const SyntaxRule& row : kSyntaxRules) {
     if (row.name == kUnreachableRow) continue;
     for (int i = 0; i < 20 && !plain.matched.contains(std::u16string(row.name)); ++i) {
       const GeneratedRule rule = rules.MakeThrough(row.name, 3);

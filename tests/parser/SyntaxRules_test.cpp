@@ -19,14 +19,14 @@ namespace {
 using Names = std::vector<std::u16string>;
 
 bool IsTerminal(std::u16string_view item) {
-  for (const TerminalSymbol& terminal : TerminalSymbols()) {
+  for (const TerminalSymbol& terminal : kTerminalSymbols) {
     if (terminal.name == item) return true;
   }
   return false;
 }
 
 const SyntaxRule* RuleOf(std::u16string_view name) {
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     if (rule.name == name) return &rule;
   }
   return nullptr;
@@ -48,7 +48,7 @@ Names ItemsOf(std::u16string_view body) {
 /// The words that the grammar asks for by name, lower-cased.
 std::set<std::u16string> Literals() {
   std::set<std::u16string> literals;
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     for (const std::u16string& item : ItemsOf(rule.body)) {
       if (!RuleOf(item) && !IsTerminal(item)) literals.insert(ToLower(item));
     }
@@ -57,16 +57,16 @@ std::set<std::u16string> Literals() {
 }
 
 TEST(SyntaxRules, AreAllThere) {
-  EXPECT_EQ(SyntaxRules().size(), 127U);
-  EXPECT_EQ(StartRules().size(), 7U);
-  EXPECT_EQ(TerminalSymbols().size(), 10U);
+  EXPECT_EQ(std::size(kSyntaxRules), 127U);
+  EXPECT_EQ(std::size(kStartRules), 7U);
+  EXPECT_EQ(std::size(kTerminalSymbols), 10U);
 }
 
 TEST(SyntaxRules, CountRowsByTypeAndShape) {
   std::map<std::int32_t, int> byType;
   std::map<std::int32_t, int> bySemantic;
   int checked = 0;
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     ++byType[rule.dataType];
     ++bySemantic[rule.semanticType];
     checked += rule.checkDataType ? 1 : 0;
@@ -105,8 +105,8 @@ TEST(SyntaxRules, StartByType) {
                                        u"<expr_logic>", u"<expr_var>", u"<expr_pic>",
                                        u"<expr_link>"};
   for (std::size_t i = 0; i < std::size(names); ++i) {
-    EXPECT_EQ(StartRules()[i].dataType, static_cast<std::int32_t>(i) + 1);
-    EXPECT_EQ(StartRules()[i].name, names[i]);
+    EXPECT_EQ(kStartRules[i].dataType, static_cast<std::int32_t>(i) + 1);
+    EXPECT_EQ(kStartRules[i].name, names[i]);
     EXPECT_TRUE(RuleOf(names[i]));
   }
 }
@@ -118,7 +118,7 @@ TEST(SyntaxRules, NameKindsOfWords) {
       {"kSysvarUserSymbol", 11}, {"kSysvarCaseSymbol", 12}, {"kFormFieldSymbol", 13},
       {"kCAXEnumSymbol", 29}};
   std::map<std::string, std::int32_t> actual;
-  for (const TerminalSymbol& terminal : TerminalSymbols()) {
+  for (const TerminalSymbol& terminal : kTerminalSymbols) {
     actual[U8(terminal.name)] = terminal.symbol;
   }
   EXPECT_EQ(actual, expected);
@@ -128,7 +128,7 @@ TEST(SyntaxRules, NameKindsOfWords) {
 TEST(SyntaxRules, ReferToRulesThatExist) {
   std::set<std::u16string> operators;
   std::set<std::u16string> named;
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     for (const std::u16string& item : ItemsOf(rule.body)) {
       if (RuleOf(item)) named.insert(item);
       if (item.front() == u'<' && !RuleOf(item)) operators.insert(item);
@@ -137,8 +137,8 @@ TEST(SyntaxRules, ReferToRulesThatExist) {
     }
   }
   EXPECT_EQ(operators, (std::set<std::u16string>{u"<", u"<=", u"<>"}));
-  for (const StartRule& start : StartRules()) named.insert(std::u16string(start.name));
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const StartRule& start : kStartRules) named.insert(std::u16string(start.name));
+  for (const SyntaxRule& rule : kSyntaxRules) {
     EXPECT_EQ(named.contains(std::u16string(rule.name)), rule.name != u"<op_like>")
         << U8(rule.name);
   }
@@ -151,7 +151,7 @@ TEST(SyntaxRules, FunctionListsHoldTheirFunctionsInOrder) {
                                                u"<func_between>", u"<func_var>"};
   std::vector<const SyntaxRule*> section;
   std::size_t listed = 0;
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     if (!lists.contains(rule.name)) {
       if (rule.name.starts_with(u"<func_") && rule.name != u"<func_set>") section.push_back(&rule);
       continue;
@@ -201,7 +201,7 @@ TEST(SyntaxRules, EveryOperatorFunctionAndDateWordIsInTheGrammar) {
 TEST(SyntaxRules, CallEachFunctionOfTheVocabulary) {
   for (const VocabularyRow& row : kFunctionRows) {
     int calls = 0;
-    for (const SyntaxRule& rule : SyntaxRules()) {
+    for (const SyntaxRule& rule : kSyntaxRules) {
       if (rule.semanticType == kFunctionSemantic && ItemsOf(rule.body).front() == row.primary) {
         ++calls;
       }
@@ -221,7 +221,7 @@ TEST(CutIntoItems, AgreesWithThePlainStateMachine) {
     for (const std::u16string_view item : CutIntoItems(body)) cut.emplace_back(item);
     EXPECT_EQ(cut, PlainItems(std::u16string(body))) << U8(body);
   };
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     for (const std::u16string_view alternative : SplitText(rule.body, u"|")) compare(alternative);
   }
   for (const char16_t* odd : {u"", u"   ", u"<", u"<=", u"<>", u"a<b>c", u"{a", u"[a,b] c",

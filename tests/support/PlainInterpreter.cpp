@@ -174,12 +174,12 @@ const std::vector<std::u16string>& PlainItems(const std::u16string& body) {
 }
 
 PlainInterpreter::PlainInterpreter() {
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     rules_.emplace(rule.name, Rule{std::u16string(rule.body), rule.dataType, rule.semanticType,
                                    rule.checkDataType});
   }
-  for (const StartRule& start : StartRules()) startRules_.emplace(start.dataType, start.name);
-  for (const TerminalSymbol& each : TerminalSymbols()) {
+  for (const StartRule& start : kStartRules) startRules_.emplace(start.dataType, start.name);
+  for (const TerminalSymbol& each : kTerminalSymbols) {
     terminalSymbols_.emplace(each.name, each.symbol);
   }
 }

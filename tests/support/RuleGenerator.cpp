@@ -30,7 +30,7 @@ std::u16string_view Inner(std::u16string_view group) {
 }
 
 std::int32_t TerminalOf(std::u16string_view item) {
-  for (const TerminalSymbol& terminal : TerminalSymbols()) {
+  for (const TerminalSymbol& terminal : kTerminalSymbols) {
     if (terminal.name == item) return terminal.symbol;
   }
   return kUnknownSymbol;
@@ -48,7 +48,7 @@ RuleGenerator::RuleGenerator(std::uint32_t seed)
 
 RuleGenerator::RuleGenerator(std::uint32_t seed, std::vector<RuleWord> words)
     : words_(std::move(words)), engine_(seed) {
-  for (const SyntaxRule& rule : SyntaxRules()) {
+  for (const SyntaxRule& rule : kSyntaxRules) {
     Row row{rule.name, {}, rule.dataType, rule.checkDataType, false, 0};
     for (const std::u16string_view alternative : SplitText(rule.body, u"|")) {
       row.alternatives.push_back(CutIntoItems(alternative));
@@ -261,7 +261,7 @@ GeneratedRule RuleGenerator::Finish(MXRULE_DATATYPE type) {
 }
 
 GeneratedRule RuleGenerator::Make(MXRULE_DATATYPE type, int depth) {
-  for (const StartRule& start : StartRules()) {
+  for (const StartRule& start : kStartRules) {
     if (start.dataType != type) continue;
     Walk(start.name, depth, type == kStrDataType, false);
     return Finish(type);
@@ -274,7 +274,7 @@ GeneratedRule RuleGenerator::MakeThrough(std::u16string_view row, int depth) {
   distances_ = known != distanceTables_.end() ? known->second : DistancesTo(row);
   distanceTables_[row] = distances_;
   const StartRule* nearest = nullptr;
-  for (const StartRule& start : StartRules()) {
+  for (const StartRule& start : kStartRules) {
     if (!distances_.contains(start.name)) continue;
     if (nearest && distances_.at(nearest->name) <= distances_.at(start.name)) continue;
     nearest = &start;
