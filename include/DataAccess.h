@@ -182,6 +182,10 @@ class ORKRULE_EXPORT CDBAccessor {
                                                          std::int32_t reservedB = 0,
                                                          std::int32_t reservedC = 0) = 0;
 
+  /// Says that the queries from here on, until the next call of this, belong to one load: what an
+  /// accessor limits or remembers for the length of a load begins anew. Does nothing as it is here.
+  virtual void BeginLoad();
+
   std::int32_t errNumber = 0;  ///< of the last query: 0, the database's number, or -1
 
  protected:

@@ -123,6 +123,8 @@ std::unique_ptr<CDBRecordSet> CDBAccessor::SelectByTable(
   return nullptr;
 }
 
+void CDBAccessor::BeginLoad() {}
+
 void CDBAccessor::SetError(std::int32_t number, std::u16string description) {
   errNumber = number;
   errDescription_ = std::move(description);

@@ -84,6 +84,10 @@ void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
       serverInfo, proxyInfo, dbArgB, dsType, flagA, flagB, dbArgC, u"");
 }
 
+void MxDictionarys::BeginCall() {
+  if (accessor_) accessor_->BeginLoad();
+}
+
 std::int32_t MxDictionarys::FailedQuery() {
   if (!accessor_) return Fail(MakeError(kRequestCause, kMsgNoConnection));
   MxErrorRecord error;

@@ -38,6 +38,9 @@ class MxDictionarys {
                const std::u16string& dbArgA, const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType,
                bool flagA, bool flagB, const std::u16string& dbArgC);
 
+  /// Begins a call of the facade that may load: its loads share one limit of time.
+  void BeginCall();
+
   /// The loads return 0, or the number that they leave as error. A template is always read anew and
   /// brings its data tables along; a data table is read once. Display forms of form fields and of
   /// CAD words begin with a word of the language.

@@ -37,6 +37,7 @@ bool MxExpression::SetRt(const std::u16string& id) {
   Reset();
   state_->rtId = id;
   MxDictionarys& dictionaries = state_->dictionaries;
+  dictionaries.BeginCall();
   if (dictionaries.LoadReportTemplate(id) != 0) {
     Raise(dictionaries.Error());
   }
@@ -46,6 +47,7 @@ bool MxExpression::SetRt(const std::u16string& id) {
 bool MxExpression::SetDts(const std::u16string& tables) {
   Reset();
   MxDictionarys& dictionaries = state_->dictionaries;
+  dictionaries.BeginCall();
   if (dictionaries.LoadDataTables(tables) != 0) {
     Raise(dictionaries.Error());
   }

@@ -89,6 +89,7 @@ bool MxExpression::Verify(MXRULE_DATATYPE type, const std::u16string& expression
   Reset();
   State& state = *state_;
   state.lexer.dictionarys = &state.dictionaries;
+  state.dictionaries.BeginCall();
   std::vector<WordView>& words = state.words;
   words.clear();
   std::forward_list<std::u16string> composed;
