@@ -1,10 +1,19 @@
 // The shared error pair and the exception of refused translations.
 #include "MxErrorState.h"
 #include "Mx_Exception.h"
+#include "foundation/Text.h"
 
 #include <utility>
 
 namespace ORKBASE {
+namespace {
+
+std::string Sentence(std::u16string_view message, std::u16string_view function) {
+  if (!message.empty()) return WideToUtf8(message);
+  return "The database has no form for the function " + WideToUtf8(function) + ".";
+}
+
+}  // namespace
 
 void MxErrorState::myRaiseError(std::int32_t number, std::u16string description) {
   errNumber_ = number;
@@ -21,7 +30,8 @@ Mx_Exception::Mx_Exception(std::u16string messageText, std::u16string moduleName
     : message(std::move(messageText)),
       module(std::move(moduleName)),
       function(std::move(functionName)),
-      location(locationNumber) {}
+      location(locationNumber),
+      what_(Sentence(message, function)) {}
 
 Mx_Exception::~Mx_Exception() = default;
 

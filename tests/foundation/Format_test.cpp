@@ -96,5 +96,12 @@ TEST(MxException, CarriesItsFields) {
   EXPECT_EQ(U8(copy.extra1), "");
   EXPECT_EQ(U8(copy.extra2), "");
   EXPECT_EQ(copy.extra3, 0u);
-  EXPECT_STREQ(copy.what(), std::exception().what());
+  EXPECT_STREQ(copy.what(), "text");
+}
+
+TEST(MxException, TellsOneSentenceInUtf8) {
+  const Mx_Exception chinese(u"该数据库不支持 thisSet。\xD800", u"m", u"Fn_thisSet", 802);
+  EXPECT_STREQ(chinese.what(), "该数据库不支持 thisSet。\uFFFD");
+  const Mx_Exception silent(u"", u"mx_PLSql_translator", u"Fn_thisSet", 802);  // no message file
+  EXPECT_STREQ(silent.what(), "The database has no form for the function Fn_thisSet.");
 }

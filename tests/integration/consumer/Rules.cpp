@@ -58,6 +58,7 @@ void RefusedFunctionsThrow() {
   } catch (const Mx_Exception& refused) {
     CheckText(refused.message, u"This database does not support thisSet.", "what is thrown");
     CheckText(refused.module, u"mx_PLSql_translator", "who throws");
+    Check(refused.what() == std::string("This database does not support thisSet."), "its sentence");
   }
 }
 
