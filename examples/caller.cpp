@@ -3,6 +3,7 @@
 //
 //   g++ -std=c++20 caller.cpp $(pkg-config --cflags --libs orkrule) -o caller
 #include <MxExpression.h>
+#include <Mx_Exception.h>
 #include <OrkPlatform.h>
 
 #include <iostream>
@@ -29,14 +30,21 @@ int main(int argc, char** argv) {
     return 2;
   }
   ORKBASE::SetThreadLanguage(u"en");
+  ORKBASE::ConnectionSettings settings;
+  settings.server = Wide(argv[1]);
   ORKBASE::MxExpression rules;
-  rules.Connect(Wide(argv[1]), 0, u"", u"", u"", ORKBASE::kSqlServerDs, false, true, u"");
+  rules.Connect(settings);
 
   std::u16string document, translated, where, having;
-  if (!rules.Verify(ORKBASE::kLogicDataType, u"Orders.Amount > 1000 and sum(Orders.Qty) > 2",
-                    document) ||
-      !rules.GetSpec(document, ORKBASE::kSqlServerDs, translated, where, having, true)) {
-    std::cerr << Narrow(rules.errDescription()) << '\n';
+  try {
+    if (!rules.Verify(ORKBASE::kLogicDataType, u"Orders.Amount > 1000 and sum(Orders.Qty) > 2",
+                      document) ||
+        !rules.GetSpec(document, ORKBASE::kSqlServerDs, translated, where, having, true)) {
+      std::cerr << Narrow(rules.errDescription()) << '\n';
+      return 1;
+    }
+  } catch (const ORKBASE::Mx_Exception& refused) {  // the database has no form for a function
+    std::cerr << refused.what() << '\n';
     return 1;
   }
   std::cout << "where  " << Narrow(where) << "\nhaving " << Narrow(having) << '\n';

@@ -39,6 +39,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ConnectionSettings.h"
 #include "MxRuleEnums.h"
 #include "OrkExport.h"
 
@@ -156,7 +157,8 @@ class ORKRULE_EXPORT CDBRecordSet {
 };
 
 /// One connection. It opens at the first query, and once more at a query that finds it lost.
-/// An own kind has to supply `QueryByStatement` alone.
+/// An own kind has to supply `QueryByStatement` alone. The library's own kinds end a query that
+/// does not fit into the time of its load, and ask a server that failed only once in a load.
 class ORKRULE_EXPORT CDBAccessor {
  public:
   virtual ~CDBAccessor();
@@ -211,6 +213,9 @@ struct AccessorRequest {
   bool readOnly = false;   ///< the connection is to be read-only
   std::u16string password;
   std::u16string reserved;
+  /// Limit for the queries of one load together; 0 and less stand for the usual one. A kind may do
+  /// without.
+  std::int32_t loadSeconds = ORKBASE::kDefaultLoadSeconds;
 };
 
 /// Makes an accessor of a kind. It opens no connection yet and does not throw. A kind that cannot
@@ -224,12 +229,16 @@ class ORKRULE_EXPORT CDBAccessorCreator {
   static CDBAccessorCreator* instance();
 
   /// Makes an accessor of the kind whose prefix the server text begins with; of several, the
-  /// longest. Never null. An accessor for what no kind serves fails each query.
+  /// longest. Never null. An accessor for what no kind serves fails each query. Its loads have the
+  /// usual limit of time.
   std::unique_ptr<CDBAccessor> CreateAccessor(const MxSvrInfo& server, const MxProxyInfo& proxy,
                                               const std::u16string& database,
                                               ORKBASE::ORKDB_DSType_ENUM dsType, bool encrypted,
                                               bool readOnly, const std::u16string& password,
                                               const std::u16string& reserved);
+
+  /// The same for a request with everything in it but its `location`, which is found here.
+  std::unique_ptr<CDBAccessor> CreateAccessor(AccessorRequest request);
 
   /// Adds a kind for server texts that begin with `prefix` (such as `u"memory:"`), in any case. A
   /// prefix that is there already, also one of the library's own, gets the new factory; the empty

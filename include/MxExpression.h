@@ -1,12 +1,17 @@
 // The rule engine: verify a rule, translate it to SQL, keep it in step with its tables.
 //
+//   ORKBASE::ConnectionSettings settings;
+//   settings.server = u"sqlite:shop.db";
 //   ORKBASE::MxExpression rules;
-//   rules.Connect(u"sqlite:shop.db", 0, u"", u"", u"", ORKBASE::kSqlServerDs, false, false, u"");
+//   rules.Connect(settings);
 //   std::u16string document, translated, where, having;
-//   if (rules.Verify(ORKBASE::kLogicDataType, u"Orders.Amount > 1", document))
+//   if (!rules.Verify(ORKBASE::kLogicDataType, u"Orders.Amount > 1", document))
+//     return report(rules.errDescription());
+//   try {
 //     rules.GetSpec(document, ORKBASE::kSqlServerDs, translated, where, having, false);
-//   else
-//     report(rules.errDescription());
+//   } catch (const ORKBASE::Mx_Exception& refused) {  // the database has no form for it
+//     report(refused.what());
+//   }
 //
 // All texts are UTF-16 and end at their first zero where they become part of a document.
 #pragma once
@@ -15,6 +20,7 @@
 #include <memory>
 #include <string>
 
+#include "ConnectionSettings.h"
 #include "MxErrorRecord.h"
 #include "MxErrorState.h"
 #include "MxRuleEnums.h"
@@ -28,6 +34,11 @@ namespace ORKBASE {
 ///
 /// Operations that can fail reset the error first and leave number and text behind; `Compose`,
 /// `AddIsNull`, `Connect` and the accessors leave it alone.
+///
+/// Exceptions. Every operation may throw `std::bad_alloc`, and those that load what a caller's own
+/// kind of database throws. Beyond that `GetSpec` throws `Mx_Exception` and `std::out_of_range`,
+/// and `SetCAXDD` a `const char16_t*`, each as told there; nothing else throws. The object stays
+/// valid.
 class ORKRULE_EXPORT MxExpression : protected MxErrorState {
  public:
   MxExpression();
@@ -41,20 +52,34 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   /// the rule, cause. Valid until the next call.
   const MxErrorRecord& errRecord() const noexcept;
 
-  /// Stores how to reach the metadata database; nothing is opened before the first load. `proxy` is
-  /// empty, or five fields with "||~~||" between them: type (0 none), host, port and two texts.
+  /// Stores how to reach the metadata database. Nothing is opened before the first load, so what is
+  /// wrong with the settings shows there.
+  void Connect(const ConnectionSettings& settings);
+  /// The same, field by field:
+  /// - `server`: `sqlite:PATH`, `odbc:CONNECTION STRING`, a host, or what an own kind takes
+  /// - `port`: 0 and less for the one that the driver takes by itself
+  /// - `proxy`: empty, or five fields with "||~~||" between them: type (0 none), host, port and two
+  ///   texts
+  /// - `dbArgA`: the user
+  /// - `dbArgB`: the database on the server
+  /// - `dsType`: the database that `GetSpec` writes for, and the driver of a host
+  /// - `flagA`: ask for an encrypted connection
+  /// - `flagB`: ask for a read-only connection
+  /// - `dbArgC`: the password
+  /// A load may take `kDefaultLoadSeconds`.
   void Connect(const std::u16string& server, std::int32_t port, const std::u16string& proxy,
                const std::u16string& dbArgA, const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType,
                bool flagA, bool flagB, const std::u16string& dbArgC);
 
   /// Loads a report template and the data tables of its fields. Returns false in every case:
-  /// success is `errNumber() == 0`. The id is kept also when the load fails.
+  /// success is `errNumber() == 0`. The id is kept also when the load fails. A load that takes too
+  /// long fails with message 6705; the error number is -1, or the database's own.
   bool SetRt(const std::u16string& id);
-  /// Loads data tables (`T1,T2`), each once. Returns false in every case.
+  /// Loads data tables (`T1,T2`), each once. Returns false in every case. Fails as `SetRt` does.
   bool SetDts(const std::u16string& tables);
   /// Takes the fields and enumerations of a CAD program (1, 2, 3, or another number) from an XML
   /// document. Returns false in every case. Throws a `const char16_t*` for a field whose data type
-  /// is unknown; the fields before it are then loaded.
+  /// is unknown; it lives as long as the library. The fields before it are then loaded.
   bool SetCAXDD(std::int32_t type, const std::u16string& document);
 
   /// Verifies a rule against an expected type and stores its document. False leaves `document` as
@@ -64,7 +89,9 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   /// Translates a document for the database of `Connect` (or for Oracle, when `dsType` is 3) and
   /// composes it: into `a`, or, with `twoParts`, into `a` (what may stand in a plain filter) and
   /// `b` (what depends on a grouped function). In two-part form `a` and `b` are to be empty at the
-  /// start. Throws `Mx_Exception` for what the database cannot express.
+  /// start. Throws `Mx_Exception` for what the database cannot express, and `std::out_of_range` for
+  /// a data field under `thisSet` whose SQL text is shorter than seven units and begins with a
+  /// letter of "isnull(", such as `n.rcid`.
   bool GetSpec(std::u16string document, ORKDB_DSType_ENUM dsType, std::u16string& translated,
                std::u16string& a, std::u16string& b, bool twoParts);
 

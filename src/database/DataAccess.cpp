@@ -5,7 +5,9 @@
 #include "database/FailingAccessor.h"
 #include "database/OdbcAccessor.h"
 #include "database/SqliteAccessor.h"
+#include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
+#include "platform/MessageTexts.h"
 
 #include <array>
 #include <map>
@@ -119,7 +121,7 @@ std::unique_ptr<CDBRecordSet> CDBAccessor::SelectByTable(
     std::int32_t /*reservedF*/) {
   const std::u16string statement = SelectStatement(table, columns, params);
   if (!statement.empty()) return QueryByStatement(statement, params);
-  SetError(-1, u"A table, column or comparison of the query is not a plain name.");
+  SetError(-1, ORKBASE::LoadMessage(ORKBASE::kMsgNotPlainNames));
   return nullptr;
 }
 
@@ -170,15 +172,18 @@ std::unique_ptr<CDBAccessor> CDBAccessorCreator::CreateAccessor(
     const MxSvrInfo& server, const MxProxyInfo& proxy, const std::u16string& database,
     ORKBASE::ORKDB_DSType_ENUM dsType, bool encrypted, bool readOnly,
     const std::u16string& password, const std::u16string& reserved) {
-  const std::u16string text(ORKBASE::UpToZero(server.Server()));
+  return CreateAccessor(
+      {server, u"", proxy, database, dsType, encrypted, readOnly, password, reserved});
+}
+
+std::unique_ptr<CDBAccessor> CDBAccessorCreator::CreateAccessor(AccessorRequest request) {
+  const std::u16string_view text = ORKBASE::UpToZero(request.server.Server());
   const auto [factory, prefixLength] = kinds_->Find(text);
+  request.location = text.substr(prefixLength);
   std::unique_ptr<CDBAccessor> made;
-  if (factory) {
-    made = factory({server, text.substr(prefixLength), proxy, database, dsType, encrypted, readOnly,
-                    password, reserved});
-  }
+  if (factory) made = factory(request);
   if (made) return made;
-  return std::make_unique<FailingAccessor>(u"No kind of database serves this server text.");
+  return std::make_unique<FailingAccessor>(ORKBASE::kMsgNoDatabaseKind);
 }
 
 void CDBAccessorCreator::RegisterKind(const std::u16string& prefix, AccessorFactory factory) {

@@ -2,34 +2,36 @@
 // every failure of a connection does.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
-#include <utility>
 
 #include "DataAccess.h"
+#include "foundation/MessageNumbers.h"
+#include "platform/MessageTexts.h"
 
 namespace ORKDB {
 
 class FailingAccessor final : public CDBAccessor {
  public:
-  explicit FailingAccessor(std::u16string reason) : reason_(std::move(reason)) {}
+  /// `reason` is the number of a message.
+  explicit FailingAccessor(std::int32_t reason) : reason_(reason) {}
 
   std::unique_ptr<CDBRecordSet> QueryByStatement(const std::u16string&, const MxParams&,
                                                  const std::u16string&, std::int32_t,
                                                  std::int32_t) override {
-    SetError(-1, reason_);
+    SetError(-1, ORKBASE::LoadMessage(reason_));
     return nullptr;
   }
 
  private:
-  std::u16string reason_;
+  std::int32_t reason_;
 };
 
 /// What a kind without proxies answers to a request with one; null for a request without.
 inline std::unique_ptr<CDBAccessor> RefuseProxy(const AccessorRequest& request) {
   if (request.proxy.Type() == ORKBASE::kNoProxy) return nullptr;
-  return std::make_unique<FailingAccessor>(
-      u"A proxy was given, but connections of this kind cannot use one.");
+  return std::make_unique<FailingAccessor>(ORKBASE::kMsgProxyRefused);
 }
 
 }  // namespace ORKDB

@@ -6,30 +6,34 @@
 
 #include "DataAccess.h"
 #include "database/OdbcConnectionText.h"
+#include "database/TimedAccessor.h"
 
 namespace ORKDB {
 
 class OdbcConnection;
+struct OdbcFailure;
+struct OdbcResult;
 
 /// Queries one ODBC data source. A connection that a query finds lost is opened once more within
-/// that query; one that cannot be opened is tried again by the next query.
-class OdbcAccessor final : public CDBAccessor {
+/// that query; one that cannot be opened is tried again by the next load. A driver that does not
+/// return in time is cancelled and, if that does not help, left alone with its connection.
+class OdbcAccessor final : public TimedAccessor {
  public:
-  OdbcAccessor(OdbcConnectionText text, bool readOnly);
+  OdbcAccessor(OdbcConnectionText text, const AccessorRequest& request);
   ~OdbcAccessor() override;
 
-  std::unique_ptr<CDBRecordSet> QueryByStatement(const std::u16string& statement,
-                                                 const MxParams& params,
-                                                 const std::u16string& reservedA,
-                                                 std::int32_t reservedB,
-                                                 std::int32_t reservedC) override;
-
  private:
+  std::unique_ptr<CDBRecordSet> Query(const std::u16string& statement,
+                                      const MxParams& params) override;
   bool Open();
+  /// Nothing when the driver did not return in time; the error is then set.
+  std::shared_ptr<OdbcResult> Run(const std::u16string& statement, const MxParams& params);
+  void Close();
+  void Fail(const OdbcFailure& failure);
 
   OdbcConnectionText text_;
   bool readOnly_;
-  std::unique_ptr<OdbcConnection> connection_;
+  std::shared_ptr<OdbcConnection> connection_;  // shared with a driver that works on it
 };
 
 /// Makes an accessor for the connection string that the request's location is. The string itself

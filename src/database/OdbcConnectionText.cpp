@@ -2,6 +2,7 @@
 // ends or opens values stands in braces, where "}" is doubled: `p;x}` is written `{p;x}}}`.
 #include "database/OdbcConnectionText.h"
 
+#include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
 
 #include <algorithm>
@@ -156,7 +157,7 @@ OdbcConnectionText TextOfString(const AccessorRequest& request) {
   CollectSecrets(made.text, made.secrets);
   if (!made.text.empty() && made.text.back() != u';') made.text += u';';
   AddUser(made, request);
-  if (request.location.empty()) made.problem = u"The connection string is empty.";
+  if (request.location.empty()) made.problem = ORKBASE::kMsgNoOdbcString;
   return made;
 }
 
@@ -178,12 +179,8 @@ OdbcConnectionText TextOfHost(const AccessorRequest& request) {
   made.text.append(driver.always);
   if (request.encrypted) made.text.append(driver.encrypted);
   if (request.readOnly) made.text.append(driver.readOnly);
-  if (host.empty()) made.problem = u"No database server was named.";
-  if (request.encrypted && driver.encrypted.empty()) {
-    made.problem =
-        u"The driver of this database takes no wish for an encrypted connection in its "
-        u"connection string.";
-  }
+  if (host.empty()) made.problem = ORKBASE::kMsgNoServerName;
+  if (request.encrypted && driver.encrypted.empty()) made.problem = ORKBASE::kMsgNoEncryption;
   return made;
 }
 

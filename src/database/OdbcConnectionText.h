@@ -2,6 +2,7 @@
 // are kept out of texts. Plain text work, without an ODBC header.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,8 +13,8 @@ namespace ORKDB {
 
 /// A connection string, and what no text may show of it.
 struct OdbcConnectionText {
-  std::u16string text;                  ///< empty when it cannot be made
-  std::u16string problem;               ///< why it cannot be made
+  std::u16string text;                  ///< of no use when there is a problem
+  std::int32_t problem = 0;             ///< message that tells why it cannot be made, or 0
   std::vector<std::u16string> secrets;  ///< passwords, as typed and as written in `text`
   bool isNarrow = false;                ///< the driver takes the string as UTF-8 only
 };

@@ -1,21 +1,27 @@
 // Queries on an SQLite file. Values are bound as texts first. SQLite compares a text with a number
 // of a column without a declared type (a computed column of a view) as unequal, so a query that
-// found nothing runs once more with the texts that are numbers bound as numbers.
+// found nothing runs once more with the texts that are numbers bound as numbers. Time is looked at
+// between the steps of SQLite's machine and between two looks at a lock.
 #include "database/SqliteAccessor.h"
 
 #include "database/FailingAccessor.h"
 #include "database/RowTable.h"
+#include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace ORKDB {
 namespace {
 
-constexpr int kTimeLimitMs = 5000;
+constexpr std::chrono::milliseconds kBriefWait(100);
+constexpr int kLongestPauseMs = 50;
+constexpr int kStepsBetweenLooks = 1000;
 constexpr std::size_t kMostDigits = 18;  // always fits 64 bits
 
 struct StatementCloser {
@@ -27,6 +33,16 @@ using Statement = std::unique_ptr<sqlite3_stmt, StatementCloser>;
 std::string FileName(std::u16string_view path) {
   const std::string name = ORKBASE::WideToUtf8(path);
   return name.starts_with('/') ? name : "./" + name;
+}
+
+/// Something to which a file's name leads, but that holds no file: opening it might never return.
+/// (A folder does no harm.)
+bool IsNoFile(const std::string& name) {
+  std::error_code ignored;
+  const auto type = std::filesystem::status(name, ignored).type();
+  using std::filesystem::file_type;
+  return type == file_type::fifo || type == file_type::socket || type == file_type::character ||
+         type == file_type::block;
 }
 
 /// Whether the text is just how a number prints.
@@ -83,8 +99,12 @@ std::vector<std::u16string> ColumnNames(sqlite3_stmt* statement) {
   return names;
 }
 
+int Primary(int code) {
+  return code & 0xFF;
+}
+
 bool IsLostFile(int code) {
-  const int primary = code & 0xFF;
+  const int primary = Primary(code);
   return primary == SQLITE_IOERR || primary == SQLITE_CORRUPT || primary == SQLITE_CANTOPEN ||
          primary == SQLITE_NOTADB;
 }
@@ -93,27 +113,25 @@ bool IsLostFile(int code) {
 
 std::unique_ptr<CDBAccessor> MakeSqliteAccessor(const AccessorRequest& request) {
   if (auto refused = RefuseProxy(request)) return refused;
-  return std::make_unique<SqliteAccessor>(request.location);
+  return std::make_unique<SqliteAccessor>(request.location, request.loadSeconds);
 }
 
-SqliteAccessor::SqliteAccessor(std::u16string path) : path_(std::move(path)) {}
+SqliteAccessor::SqliteAccessor(std::u16string path, std::int32_t loadSeconds)
+    : TimedAccessor(loadSeconds), path_(std::move(path)) {}
 
 SqliteAccessor::~SqliteAccessor() {
   Close();
 }
 
-std::unique_ptr<CDBRecordSet> SqliteAccessor::QueryByStatement(const std::u16string& statement,
-                                                               const MxParams& params,
-                                                               const std::u16string& /*reservedA*/,
-                                                               std::int32_t /*reservedB*/,
-                                                               std::int32_t /*reservedC*/) {
-  ResetError();
+std::unique_ptr<CDBRecordSet> SqliteAccessor::Query(const std::u16string& statement,
+                                                    const MxParams& params) {
+  lockEnd_ = wasLocked_ ? std::min(End(), Clock::now() + kBriefWait) : End();
   if (!IsOnItsFile()) Close();
   const bool wasOpen = connection_ != nullptr;
   if (!Open()) return nullptr;
   auto rows = Run(statement, params, false);
   if (!rows && wasOpen && connection_ == nullptr) {
-    ResetError();
+    ForgetError();
     if (!Open()) return nullptr;
     rows = Run(statement, params, false);
   }
@@ -123,13 +141,16 @@ std::unique_ptr<CDBRecordSet> SqliteAccessor::QueryByStatement(const std::u16str
 
 bool SqliteAccessor::Open() {
   if (connection_ != nullptr) return true;
-  const int code =
-      sqlite3_open_v2(FileName(path_).c_str(), &connection_, SQLITE_OPEN_READONLY, nullptr);
+  const std::string name = FileName(path_);
+  const int code = IsNoFile(name)
+                       ? SQLITE_CANTOPEN
+                       : sqlite3_open_v2(name.c_str(), &connection_, SQLITE_OPEN_READONLY, nullptr);
   if (code == SQLITE_OK) {
-    sqlite3_busy_timeout(connection_, kTimeLimitMs);
+    sqlite3_busy_handler(connection_, WaitForLock, this);
+    sqlite3_progress_handler(connection_, kStepsBetweenLooks, IsOver, this);
     return true;
   }
-  SetError(code, ORKBASE::Utf8ToWide(sqlite3_errstr(code)) + u": " + path_);
+  SetServerError(code, ORKBASE::Utf8ToWide(sqlite3_errstr(code)) + u": " + path_);
   Close();
   return false;
 }
@@ -155,11 +176,11 @@ std::unique_ptr<CDBRecordSet> SqliteAccessor::Run(const std::u16string& statemen
   }
   const Statement owner(prepared);
   if (prepared == nullptr) {
-    SetError(-1, u"The statement is empty.");
+    SetOwnError(ORKBASE::kMsgStatementEmpty);
     return nullptr;
   }
   if (static_cast<std::size_t>(sqlite3_bind_parameter_count(prepared)) != params.Params().size()) {
-    SetError(-1, u"The statement does not take that number of values.");
+    SetOwnError(ORKBASE::kMsgWrongValueCount);
     return nullptr;
   }
   if (!BindAll(prepared, params, asNumbers)) return Fail();
@@ -172,14 +193,33 @@ std::unique_ptr<CDBRecordSet> SqliteAccessor::Run(const std::u16string& statemen
     }
   }
   if (code != SQLITE_DONE) return Fail();
+  wasLocked_ = false;
   return rows;
 }
 
 std::unique_ptr<CDBRecordSet> SqliteAccessor::Fail() {
   const int code = sqlite3_errcode(connection_);
-  SetError(code != SQLITE_OK ? code : -1, ORKBASE::Utf8ToWide(sqlite3_errmsg(connection_)));
+  std::u16string text = ORKBASE::Utf8ToWide(sqlite3_errmsg(connection_));
+  wasLocked_ = Primary(code) == SQLITE_BUSY;
+  if (code == SQLITE_INTERRUPT) {
+    SetTimeout(code, LoadSeconds());
+  } else if (wasLocked_ || IsLostFile(code)) {
+    SetServerError(code, std::move(text));
+  } else {
+    SetError(code != SQLITE_OK ? code : -1, std::move(text));
+  }
   if (IsLostFile(code)) Close();
   return nullptr;
+}
+
+int SqliteAccessor::IsOver(void* accessor) {
+  return Clock::now() < static_cast<SqliteAccessor*>(accessor)->End() ? 0 : 1;
+}
+
+int SqliteAccessor::WaitForLock(void* accessor, int count) {
+  if (Clock::now() >= static_cast<SqliteAccessor*>(accessor)->lockEnd_) return 0;
+  sqlite3_sleep(std::min(1 + count, kLongestPauseMs));
+  return 1;
 }
 
 }  // namespace ORKDB

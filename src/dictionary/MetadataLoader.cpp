@@ -77,11 +77,11 @@ void AddName(std::u16string& list, const std::u16string& name) {
 void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
                             const ORKDB::MxProxyInfo& proxyInfo, const std::u16string& dbArgA,
                             const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType, bool flagA,
-                            bool flagB, const std::u16string& dbArgC) {
+                            bool flagB, const std::u16string& dbArgC, std::int32_t loadSeconds) {
   if (dsType != kSqlServerDs) quoteOpen_ = quoteClose_ = u"\"";
   const ORKDB::MxSvrInfo serverInfo(server, port, dbArgA, u"");
   accessor_ = ORKDB::CDBAccessorCreator::instance()->CreateAccessor(
-      serverInfo, proxyInfo, dbArgB, dsType, flagA, flagB, dbArgC, u"");
+      {serverInfo, u"", proxyInfo, dbArgB, dsType, flagA, flagB, dbArgC, u"", loadSeconds});
 }
 
 void MxDictionarys::BeginCall() {

@@ -33,10 +33,12 @@ class MxDictionarys {
   std::int32_t ErrNumber() const noexcept { return error_.number; }
   std::u16string ErrDescription() const;
 
-  /// Stores how to reach the database; nothing is opened yet.
+  /// Stores how to reach the database; nothing is opened yet. The arguments are those of
+  /// `MxExpression::Connect`.
   void Connect(const std::u16string& server, std::int32_t port, const ORKDB::MxProxyInfo& proxyInfo,
                const std::u16string& dbArgA, const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType,
-               bool flagA, bool flagB, const std::u16string& dbArgC);
+               bool flagA, bool flagB, const std::u16string& dbArgC,
+               std::int32_t loadSeconds = kDefaultLoadSeconds);
 
   /// Begins a call of the facade that may load: its loads share one limit of time.
   void BeginCall();

@@ -1,6 +1,7 @@
 // The facade: connecting and loading dictionaries.
 #include "MxExpression.h"
 
+#include "ConnectionSettings.h"
 #include "DataAccess.h"
 #include "expression/ExpressionState.h"
 #include "foundation/Text.h"
@@ -28,9 +29,25 @@ void MxExpression::Connect(const std::u16string& server, std::int32_t port,
                            const std::u16string& proxy, const std::u16string& dbArgA,
                            const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType, bool flagA,
                            bool flagB, const std::u16string& dbArgC) {
-  state_->dsType = dsType;
-  state_->dictionaries.Connect(server, port, ReadProxy(proxy), dbArgA, dbArgB, dsType, flagA, flagB,
-                               dbArgC);
+  ConnectionSettings settings;
+  settings.server = server;
+  settings.port = port;
+  settings.proxy = proxy;
+  settings.user = dbArgA;
+  settings.database = dbArgB;
+  settings.dsType = dsType;
+  settings.encrypted = flagA;
+  settings.readOnly = flagB;
+  settings.password = dbArgC;
+  Connect(settings);
+}
+
+void MxExpression::Connect(const ConnectionSettings& settings) {
+  state_->dsType = settings.dsType;
+  state_->dictionaries.Connect(settings.server, settings.port, ReadProxy(settings.proxy),
+                               settings.user, settings.database, settings.dsType,
+                               settings.encrypted, settings.readOnly, settings.password,
+                               settings.loadSeconds);
 }
 
 bool MxExpression::SetRt(const std::u16string& id) {

@@ -83,6 +83,21 @@ enum MessageNumber : std::int32_t {
   kMsgNoConnection      = 6700,  ///< a load without a connection
   kMsgTooDeep           = 6701,  ///< nested too deeply
   kMsgResultTooLarge    = 6702,  ///< the translated document grows out of bounds
+  kMsgDatabaseTimeout   = 6705,  ///< a load took too long; one %s: the seconds that it may take
+
+  // Data access, 6710 to 6739
+  kMsgNotPlainNames     = 6710,
+  kMsgNoDatabaseKind    = 6711,
+  kMsgProxyRefused      = 6712,
+  kMsgStatementNotAscii = 6713,
+  kMsgNoOdbcEnvironment = 6714,
+  kMsgLongOdbcString    = 6715,
+  kMsgNoOdbcReason      = 6716,
+  kMsgNoOdbcString      = 6717,
+  kMsgNoServerName      = 6718,
+  kMsgNoEncryption      = 6719,  ///< the driver cannot be asked for an encrypted connection
+  kMsgStatementEmpty    = 6720,
+  kMsgWrongValueCount   = 6721,  ///< the values of a query do not fit its statement
   // clang-format on
 };
 

@@ -2,6 +2,7 @@
 #include "DataAccess.h"
 
 #include "AccessorCalls.h"
+#include "ScopedLanguage.h"
 #include "database/RowTable.h"
 
 #include <gtest/gtest.h>
@@ -170,6 +171,34 @@ TEST(DataAccess, AProxyOfTypeNoneIsNoProxy) {
       true, u"", u"");
   EXPECT_EQ(SelectTable(*accessor, u"T"), nullptr);
   EXPECT_EQ(U8(accessor->ErrDescription()), "unable to open database file: /no/such/file");
+}
+
+// Each in the language of the query, whatever that of its making was.
+TEST(DataAccess, ErrorsSpeakTheLanguageOfTheThread) {
+  struct Row {
+    const char16_t* server;
+    const char16_t* statement;
+    const char* english;
+    const char* chinese;
+  };
+  // clang-format off
+  constexpr Row kCases[] = {
+      {u"none:x",        u"select 1", "No kind of database serves this server text.", "没有任何一种数据库能处理这个服务器文本。"},
+      {u"odbc:",         u"select 1", "The connection string is empty.",              "连接字符串为空。"},
+      {u"odbc:Driver=x", u"",         "The statement is empty or not plain ASCII.",   "语句为空，或不是纯 ASCII 文本。"},
+      {u"",              u"select 1", "No database server was named.",                "没有指定数据库服务器。"},
+  };
+  // clang-format on
+  const OwnKind kind(u"none:", [](const AccessorRequest&) { return nullptr; });
+  for (const Row& row : kCases) {
+    const auto accessor = MakeAccessor(row.server);
+    for (const bool isChinese : {false, true}) {
+      const ScopedLanguage language(isChinese ? u"zh-CN" : u"en");
+      EXPECT_EQ(accessor->QueryByStatement(row.statement, MxParams(false)), nullptr);
+      EXPECT_EQ(accessor->errNumber, -1);
+      EXPECT_EQ(U8(accessor->ErrDescription()), isChinese ? row.chinese : row.english);
+    }
+  }
 }
 
 TEST(DataAccess, KindsMayBeRegisteredAndUsedByAllThreads) {

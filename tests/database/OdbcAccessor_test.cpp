@@ -4,6 +4,8 @@
 
 #include "AccessorCalls.h"
 #include "PostgresSuite.h"
+#include "ScopedLanguage.h"
+#include "SecondsOf.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -11,9 +13,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 
 using namespace ORKDB;
 
@@ -44,12 +46,6 @@ insert into long_texts values (2047, repeat('a', 2047)), (2048, repeat('b', 2048
 std::u16string ConnectionText(std::int32_t port) {
   return U16("odbc:Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=" + std::to_string(port) +
              ";Database=postgres");
-}
-
-double SecondsOf(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
 /// A port of 127.0.0.1 that takes connections (or, closed, refuses them) and never answers.
@@ -84,11 +80,17 @@ class OdbcAccessorServer : public PostgresSuite {
  protected:
   static void SetUpTestSuite() { StartServer(kViews); }
 
-  static std::unique_ptr<CDBAccessor> Connect() {
+  static std::unique_ptr<CDBAccessor> Connect(
+      std::int32_t loadSeconds = ORKBASE::kDefaultLoadSeconds) {
     return MakeAccessor(ConnectionText(server_->Port()), U16(PostgresServer::User()),
-                        U16(PostgresServer::Password()));
+                        U16(PostgresServer::Password()), loadSeconds);
   }
 };
+
+/// Number and text of an accessor's error.
+std::string ErrorOf(const CDBAccessor& accessor) {
+  return std::to_string(accessor.errNumber) + " " + U8(accessor.ErrDescription());
+}
 
 }  // namespace
 
@@ -261,6 +263,107 @@ TEST(OdbcAccessor, AServerThatIsNotThereFailsInTime) {
   EXPECT_LT(SecondsOf([&] { EXPECT_EQ(SelectTable(*accessor, u"T"), nullptr); }), 2);
   EXPECT_NE(accessor->errNumber, 0);
   EXPECT_EQ(U8(accessor->ErrDescription()).find("hidden-word"), std::string::npos);
+}
+
+// The driver's own limit for a login is whole seconds, and two of them at least.
+TEST(OdbcAccessor, ASilentServerAtTheConnectEndsWithTheLoad) {
+  const ScopedLanguage language(u"en");
+  const SilentPort port;
+  const auto accessor = MakeAccessor(ConnectionText(port.Port()), u"ork", u"hidden-word", 1);
+  for (int load = 0; load < 2; ++load) {
+    accessor->BeginLoad();
+    const double seconds = SecondsOf([&] {
+      for (int i = 0; i < 20; ++i) EXPECT_EQ(SelectTable(*accessor, u"T"), nullptr);
+    });
+    EXPECT_GT(seconds, 0.9);  // it is asked again in each load,
+    EXPECT_LT(seconds, 10);   // and once
+    EXPECT_EQ(ErrorOf(*accessor), "-1 The database did not answer in time (limit in seconds: 1).");
+  }
+}
+
+// One driver manager serves all connections: one that waits must not hold up the others.
+TEST_F(OdbcAccessorServer, ASilentServerDoesNotHoldUpAnother) {
+  const SilentPort port;
+  const auto silent = MakeAccessor(ConnectionText(port.Port()), u"ork", u"", 1);
+  EXPECT_EQ(SelectTable(*silent, u"T"), nullptr);  // its driver still waits
+  const auto accessor = Connect();
+  EXPECT_EQ(FieldsOf(*accessor, u"Orders"), "Amount,Memo") << U8(accessor->ErrDescription());
+}
+
+TEST_F(OdbcAccessorServer, AServerThatFallsSilentEndsWithTheLoad) {
+  const ScopedLanguage language(u"en");
+  const auto accessor = Connect(2);
+  accessor->BeginLoad();
+  ASSERT_EQ(FieldsOf(*accessor, u"Orders"), "Amount,Memo") << U8(accessor->ErrDescription());
+  ASSERT_TRUE(server_->Pause());
+  for (int load = 0; load < 2; ++load) {  // on the open connection, then at a new one
+    accessor->BeginLoad();
+    const double seconds = SecondsOf([&] {
+      for (int i = 0; i < 20; ++i) EXPECT_EQ(SelectTable(*accessor, u"T"), nullptr);
+    });
+    EXPECT_GT(seconds, 0.9);
+    EXPECT_LT(seconds, 20);
+    EXPECT_EQ(ErrorOf(*accessor), "-1 The database did not answer in time (limit in seconds: 2).");
+  }
+  server_->Resume();
+  accessor->BeginLoad();
+  EXPECT_EQ(FieldsOf(*accessor, u"Orders"), "Amount,Memo") << U8(accessor->ErrDescription());
+}
+
+TEST_F(OdbcAccessorServer, AnAccessorMayGoWhileItsDriverWaits) {
+  auto accessor = Connect(1);
+  ASSERT_EQ(FieldsOf(*accessor, u"Orders"), "Amount,Memo") << U8(accessor->ErrDescription());
+  auto idle = Connect();
+  ASSERT_EQ(FieldsOf(*idle, u"Orders"), "Amount,Memo") << U8(idle->ErrDescription());
+  ASSERT_TRUE(server_->Pause());
+  EXPECT_LT(SecondsOf([&] {
+              EXPECT_EQ(SelectTable(*accessor, u"T"), nullptr);
+              accessor.reset();
+              idle.reset();
+            }),
+            20);
+  server_->Resume();
+}
+
+TEST_F(OdbcAccessorServer, AQueryWithoutEndIsEndedOnTheServerToo) {
+  const ScopedLanguage language(u"en");
+  const MxParams none(false);
+  for (const std::int32_t limit : {1, 2}) {
+    const auto accessor = Connect(limit);
+    const double seconds = SecondsOf(
+        [&] { EXPECT_EQ(accessor->QueryByStatement(u"select pg_sleep(60)", none), nullptr); });
+    EXPECT_LT(seconds, 20);
+    EXPECT_EQ(ErrorOf(*accessor), "-1 The database did not answer in time (limit in seconds: " +
+                                      std::to_string(limit) + ").");
+    EXPECT_EQ(FieldsOf(*accessor, u"Orders"), "Amount,Memo") << U8(accessor->ErrDescription());
+    const std::u16string sleepers =
+        u"select count(*) as n from pg_stat_activity where state = 'active' and query like "
+        u"'select pg_sleep%'";
+    std::string left;
+    for (int i = 0; i < 50 && left != "0"; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      left = Column(*accessor, accessor->QueryByStatement(sleepers, none), u"n");
+    }
+    EXPECT_EQ(left, "0");
+  }
+}
+
+TEST_F(OdbcAccessorServer, ASlowQueryWithinTheLimitIsRead) {
+  const auto accessor = Connect();
+  const auto rows = accessor->QueryByStatement(u"select pg_sleep(1.5), 7 as n", MxParams(false));
+  EXPECT_EQ(Column(*accessor, rows, u"n"), "7") << U8(accessor->ErrDescription());
+}
+
+// What an administrator ends is told as the server tells it.
+TEST_F(OdbcAccessorServer, AStatementEndedByTheServerKeepsItsError) {
+  const auto accessor = Connect();
+  const MxParams none(false);
+  EXPECT_NE(
+      accessor->QueryByStatement(u"select set_config('statement_timeout', '300', false)", none),
+      nullptr);
+  EXPECT_EQ(accessor->QueryByStatement(u"select pg_sleep(60)", none), nullptr);
+  EXPECT_NE(U8(accessor->ErrDescription()).find("57014"), std::string::npos)
+      << U8(accessor->ErrDescription());
 }
 
 // A driver without functions for 16-bit text: its connection string goes out as UTF-8.

@@ -2,6 +2,7 @@
 #include "database/OdbcConnectionText.h"
 
 #include "Utf8.h"
+#include "foundation/MessageNumbers.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +36,7 @@ TEST(OdbcConnectionText, NamesTheDriverOfTheDatabaseType) {
     const auto type = static_cast<ORKBASE::ORKDB_DSType_ENUM>(row.type);
     const OdbcConnectionText made = TextOfHost(Request(u"h", 5, type));
     EXPECT_EQ(U8(made.text), row.text);
-    EXPECT_EQ(U8(made.problem), "");
+    EXPECT_EQ(made.problem, 0);
   }
 }
 
@@ -63,7 +64,7 @@ TEST(OdbcConnectionText, RefusesEncryptionThatTheDriverCannotBeAskedFor) {
   for (const auto type : {ORKBASE::kOracleDs, ORKBASE::kDMDs}) {
     AccessorRequest request = Request(u"h", 0, type);
     request.encrypted = true;
-    EXPECT_NE(U8(TextOfHost(request).problem), "");
+    EXPECT_EQ(TextOfHost(request).problem, ORKBASE::kMsgNoEncryption);
   }
 }
 
@@ -85,8 +86,9 @@ TEST(OdbcConnectionText, AddsUserAndPasswordToAString) {
 }
 
 TEST(OdbcConnectionText, AnEmptyTargetIsAProblem) {
-  EXPECT_NE(U8(TextOfString(Request(u"", 0, ORKBASE::kSqlServerDs)).problem), "");
-  EXPECT_NE(U8(TextOfHost(Request(u"", 0, ORKBASE::kSqlServerDs)).problem), "");
+  EXPECT_EQ(TextOfString(Request(u"", 0, ORKBASE::kSqlServerDs)).problem,
+            ORKBASE::kMsgNoOdbcString);
+  EXPECT_EQ(TextOfHost(Request(u"", 0, ORKBASE::kSqlServerDs)).problem, ORKBASE::kMsgNoServerName);
 }
 
 TEST(OdbcConnectionText, HidesWhatStandsBehindAPasswordKey) {

@@ -2,14 +2,18 @@
 #include "database/SqliteAccessor.h"
 
 #include "AccessorCalls.h"
+#include "ScopedLanguage.h"
+#include "SecondsOf.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 using namespace ORKDB;
 
@@ -297,4 +301,143 @@ TEST_F(SqliteAccessorFile, PathsMayBeRelativeAndChinese) {
   const auto accessor = MakeAccessor(u"SQLite:商店.db");
   EXPECT_EQ(FieldsOf(*accessor, u"Customer"), "Name,City,Code");
   fs::current_path(before);
+}
+
+// Opening a pipe waits for somebody to write into it.
+TEST_F(SqliteAccessorFile, WhatIsNoFileFailsAtOnce) {
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  fs::create_symlink(Path("pipe"), Path("link"));
+  for (const std::string& path : {Path("pipe"), Path("link"), std::string("/dev/zero")}) {
+    const auto accessor = MakeAccessor(U16("sqlite:" + path));
+    EXPECT_LT(SecondsOf([&] { EXPECT_EQ(SelectTable(*accessor, u"T"), nullptr); }), 5) << path;
+    EXPECT_EQ(accessor->errNumber, SQLITE_CANTOPEN) << path;
+    EXPECT_EQ(U8(accessor->ErrDescription()), "unable to open database file: " + path);
+  }
+}
+
+TEST_F(SqliteAccessorFile, AFileThatBecomesAPipeAndComesBackIsOpenedAnew) {
+  MakeShop("shop.db");
+  const auto accessor = MakeAccessor(Server("shop.db"));
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "a,b,d,s");
+  fs::rename(Path("shop.db"), Path("kept.db"));
+  ASSERT_EQ(mkfifo(Path("shop.db").c_str(), 0600), 0);
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "error 14");
+  fs::rename(Path("kept.db"), Path("shop.db"));
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "a,b,d,s");
+}
+
+namespace {
+
+/// Holds a file against all readers.
+class Lock {
+ public:
+  explicit Lock(const std::string& path) {
+    EXPECT_EQ(sqlite3_open(path.c_str(), &database_), SQLITE_OK);
+    Run("begin exclusive");
+  }
+  Lock(const Lock&) = delete;
+  Lock& operator=(const Lock&) = delete;
+  ~Lock() { Release(); }
+  void Release() {
+    if (database_ == nullptr) return;
+    Run("commit");
+    sqlite3_close(database_);
+    database_ = nullptr;
+  }
+
+ private:
+  void Run(const char* sql) const {
+    EXPECT_EQ(sqlite3_exec(database_, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+  }
+  sqlite3* database_ = nullptr;
+};
+
+}  // namespace
+
+TEST_F(SqliteAccessorFile, ALockedFileIsWaitedForOnceAndThenOnlyBriefly) {
+  MakeShop("shop.db");
+  const auto accessor = MakeAccessor(Server("shop.db"), u"", u"", 2);
+  const auto secondsOfLoad = [&](const char* expected) {
+    accessor->BeginLoad();
+    return SecondsOf([&] { EXPECT_EQ(FieldsOf(*accessor, u"T"), expected); });
+  };
+  for (int round = 0; round < 2; ++round) {  // after a success the wait is whole again
+    Lock lock(Path("shop.db"));
+    EXPECT_GT(secondsOfLoad("error 5"), 1.9);
+    EXPECT_EQ(U8(accessor->ErrDescription()), "database is locked");
+    double later = 0;
+    for (int load = 0; load < 5; ++load) later += secondsOfLoad("error 5");
+    EXPECT_LT(later, 8);  // ten, with whole waits
+    lock.Release();
+    secondsOfLoad("a,b,d,s");
+  }
+}
+
+TEST_F(SqliteAccessorFile, AFileThatIsUnlockedInTimeIsRead) {
+  MakeShop("shop.db");
+  const auto accessor = MakeAccessor(Server("shop.db"));
+  Lock lock(Path("shop.db"));
+  std::thread other([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    lock.Release();
+  });
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "a,b,d,s");
+  other.join();
+}
+
+TEST_F(SqliteAccessorFile, AViewWithoutEndEndsWithTheLoad) {
+  const ScopedLanguage language(u"en");
+  Make("endless.db",
+       "create view mx_v_datafield as with recursive n(i) as (select 1 union all select i + 1 from"
+       " n) select 'T' || i as dtName, 'f' || i as fldName, '' as fldRealName, 1 as baseType, 1 as "
+       "dtId,"
+       " i as fldId, '' as tabRealName, '' as tabRefName, 1 as state from n;"
+       "create table mx_v_rtfs (rttId, rtfId, fldName, realName, baseType, fldId);"
+       "create table Mx_v_Rtts (rttId, rtId, dtName, dtId, realName, refName, style, state);");
+  const auto accessor = MakeAccessor(Server("endless.db"), u"", u"", 1);
+  accessor->BeginLoad();
+  EXPECT_LT(SecondsOf([&] {
+              for (int i = 0; i < 20; ++i) EXPECT_EQ(SelectTable(*accessor, u"None"), nullptr);
+            }),
+            10);
+  EXPECT_EQ(accessor->errNumber, SQLITE_INTERRUPT);
+  EXPECT_EQ(U8(accessor->ErrDescription()),
+            "The database did not answer in time (limit in seconds: 1).");
+  accessor->BeginLoad();
+  EXPECT_TRUE(SelectTemplate(*accessor, u"7")->EndOfRows());
+  EXPECT_EQ(accessor->errNumber, 0);
+}
+
+TEST_F(SqliteAccessorFile, TheLimitIsThatOfTheWholeLoad) {
+  const ScopedLanguage language(u"en");
+  MakeShop("shop.db");
+  const auto accessor = MakeAccessor(Server("shop.db"), u"", u"", 1);
+  accessor->BeginLoad();
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "a,b,d,s");
+  std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "error -1");
+  EXPECT_EQ(U8(accessor->ErrDescription()),
+            "The database did not answer in time (limit in seconds: 1).");
+  accessor->BeginLoad();
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "a,b,d,s");
+}
+
+TEST_F(SqliteAccessorFile, AFailedFileIsAskedAgainByTheNextLoad) {
+  const auto accessor = MakeAccessor(Server("shop.db"));
+  accessor->BeginLoad();
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "error 14");
+  MakeShop("shop.db");
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "error 14");
+  EXPECT_EQ(U8(accessor->ErrDescription()), "unable to open database file: " + Path("shop.db"));
+  accessor->BeginLoad();
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "a,b,d,s");
+}
+
+// A view that is missing says nothing of the others.
+TEST_F(SqliteAccessorFile, AFailedQueryIsNoFailedFile) {
+  MakeShop("shop.db");
+  const auto accessor = MakeAccessor(Server("shop.db"));
+  accessor->BeginLoad();
+  EXPECT_EQ(accessor->QueryByStatement(u"select * from absent", MxParams(false)), nullptr);
+  EXPECT_EQ(FieldsOf(*accessor, u"T"), "a,b,d,s");
 }

@@ -18,12 +18,12 @@ constexpr const char16_t* kTemplateStatement =
 constexpr const char16_t* kFieldColumns =
     u"dtName, fldName, fldRealName, baseType, dtId, fldId, tabRealName, tabRefName, state";
 
-inline std::unique_ptr<ORKDB::CDBAccessor> MakeAccessor(const std::u16string& server,
-                                                        const std::u16string& user = {},
-                                                        const std::u16string& password = {}) {
+inline std::unique_ptr<ORKDB::CDBAccessor> MakeAccessor(
+    const std::u16string& server, const std::u16string& user = {},
+    const std::u16string& password = {}, std::int32_t loadSeconds = ORKBASE::kDefaultLoadSeconds) {
   return ORKDB::CDBAccessorCreator::instance()->CreateAccessor(
-      ORKDB::MxSvrInfo(server, 0, user, u""), ORKDB::MxProxyInfo(), u"", ORKBASE::kSqlServerDs,
-      false, true, password, u"");
+      {ORKDB::MxSvrInfo(server, 0, user, u""), u"", ORKDB::MxProxyInfo(), u"",
+       ORKBASE::kSqlServerDs, false, true, password, u"", loadSeconds});
 }
 
 inline ORKDB::MxParams Equals(const std::u16string& name, const std::u16string& value) {

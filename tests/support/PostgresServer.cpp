@@ -110,6 +110,7 @@ bool PostgresServer::Start() {
 
 void PostgresServer::Stop() {
   if (process_ <= 0) return;
+  Resume();  // a stopped process does not end
   kill(process_, SIGQUIT);
   WaitFor(process_);
   process_ = -1;
@@ -130,6 +131,26 @@ bool PostgresServer::Run(const std::string& sql) {
   if (process > 0 && WaitFor(process) == 0) return true;
   problem_ = "psql: " + ReadAll(log);
   return false;
+}
+
+bool PostgresServer::Pause() {
+  return Signal(SIGSTOP);
+}
+
+void PostgresServer::Resume() {
+  Signal(SIGCONT);
+}
+
+/// To the server and its processes; a session of its own each, so they form no group.
+bool PostgresServer::Signal(int signal) const {
+  if (process_ <= 0) return false;
+  const std::string process = std::to_string(process_);
+  std::ifstream children("/proc/" + process + "/task/" + process + "/children");
+  // The server first, so that it starts no other process meanwhile.
+  if (kill(process_, signal) != 0) return false;
+  int found = 0;
+  for (pid_t child = 0; children >> child; ++found) kill(child, signal);
+  return found > 0;
 }
 
 bool PostgresServer::MakeFolder() {

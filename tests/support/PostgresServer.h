@@ -26,6 +26,12 @@ class PostgresServer {
   /// Ends the server at once; its clients lose their connections. The data stays for `Start`.
   void Stop();
 
+  /// Stops every process of the server where it stands: connections stay open and are silent, new
+  /// ones are taken by the kernel alone. False when no process of it could be found.
+  bool Pause();
+  /// Lets them go on.
+  void Resume();
+
   /// Runs statements in the database `postgres`. False with `Problem` set when one failed.
   bool Run(const std::string& sql);
 
@@ -38,6 +44,7 @@ class PostgresServer {
   bool MakeFolder();
   bool Launch();
   bool WaitUntilReady();
+  bool Signal(int signal) const;
 
   std::string folder_;
   std::string problem_;
