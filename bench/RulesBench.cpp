@@ -1,13 +1,14 @@
 // The twelve rules: `Verify` and `GetSpec` beside libxml2 and PostgreSQL's parser; what it costs to
-// make an engine and a translator; the five dialects. table.py makes ratios of the times.
+// make an engine and a translator; the dialects. table.py makes ratios of the times.
 #include "LibXml2Baseline.h"
 #include "PgQueryBench.h"
 #include "SampleRules.h"
 
 #include "Mx_Exception.h"
 #include "OrkPlatform.h"
+#include "dialects/Dialects.h"
 #include "dictionary/MxDictionarys.h"
-#include "expression/TranslatorChoice.h"
+#include "foundation/Text.h"
 
 #include <iterator>
 #include <memory>
@@ -16,20 +17,6 @@ namespace bench {
 namespace {
 
 using namespace ORKBASE;
-
-// clang-format off
-struct Dialect {
-  const char* name;
-  ORKDB_DSType_ENUM dsType;
-};
-constexpr Dialect kDialects[] = {
-    {"default",   kSqlServerDs},
-    {"oracle",    kOracleDs},
-    {"dm",        kDMDs},
-    {"kingbase",  kKingbaseDs},
-    {"opengauss", kOpenGaussDs},
-};
-// clang-format on
 
 /// A benchmark called what/rule that runs `step` over and over.
 template <class Step>
@@ -64,17 +51,17 @@ bool IsRefused(Engine& engine, const std::u16string& document) {
   }
 }
 
-/// `Dialect.NAME` of each rule; a rule that one of the five refuses is left out for all.
+/// `Dialect.NAME` of each rule; a rule that one of them refuses is left out for all.
 void RegisterDialects(const SampleRule& rule) {
   const std::u16string document = Engine().Document(rule.type, rule.text);
   std::vector<std::shared_ptr<Engine>> engines;
-  for (const Dialect& dialect : kDialects) {
-    engines.push_back(std::make_shared<Engine>(dialect.dsType));
+  for (const RuleDialect& dialect : RuleDialects()) {
+    engines.push_back(std::make_shared<Engine>(dialect.number));
     engines.back()->Document(rule.type, rule.text);
     if (IsRefused(*engines.back(), document)) return;
   }
   for (std::size_t i = 0; i < engines.size(); ++i) {
-    Register(std::string("Dialect.") + kDialects[i].name, rule.name,
+    Register("Dialect." + WideToUtf8(RuleDialects()[i].name), rule.name,
              [engine = engines[i], document] { engine->GetSpec(document); });
   }
 }
@@ -86,9 +73,10 @@ void RegisterConstruction() {
     benchmark::DoNotOptimize(&engine);
   });
   static const MxDictionarys dictionaries;
-  for (const Dialect& dialect : kDialects) {
-    Register("ConstructTranslator", dialect.name, [dsType = dialect.dsType] {
-      const auto translator = NewTranslator(dsType, dsType);
+  static TagTree tree;
+  for (const DialectRow& row : Dialects()) {
+    Register("ConstructTranslator", WideToUtf8(row.dialect.name), [&row] {
+      const auto translator = row.newTranslator(tree);
       translator->dictionaries = &dictionaries;
       benchmark::DoNotOptimize(translator->InitCaxEnums());
     });

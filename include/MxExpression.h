@@ -29,15 +29,15 @@
 namespace ORKBASE {
 
 /// One rule engine with its dictionaries and its connection. One object serves one thread at a
-/// time; separate objects are independent. A copy shares the loaded dictionaries, the connection
-/// and the last translator with its source, and has modes and errors of its own.
+/// time; separate objects are independent. A copy shares the loaded dictionaries and the connection
+/// with its source, and has modes and errors of its own.
 ///
 /// Operations that can fail reset the error first and leave number and text behind; `Compose`,
 /// `AddIsNull`, `Connect` and the accessors leave it alone.
 ///
 /// Exceptions. Every operation may throw `std::bad_alloc`, and those that load what a caller's own
-/// kind of database throws. Beyond that `GetSpec` throws `Mx_Exception` and `std::out_of_range`,
-/// and `SetCAXDD` a `const char16_t*`, each as told there; nothing else throws. The object stays
+/// kind of database throws. Beyond that `GetSpec` and `TranslateFor` throw `Mx_Exception` and
+/// `std::out_of_range`, and `SetCAXDD` a `const char16_t*`, each as told there; nothing else throws. The object stays
 /// valid.
 class ORKRULE_EXPORT MxExpression : protected MxErrorState {
  public:
@@ -86,17 +86,23 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   /// it is. Types 2 and 8 accept a value of any type.
   bool Verify(MXRULE_DATATYPE type, const std::u16string& expression, std::u16string& document);
 
-  /// Translates a document for the database of `Connect` (or for Oracle, when `dsType` is 3) and
-  /// composes it: into `a`, or, with `twoParts`, into `a` (what may stand in a plain filter) and
-  /// `b` (what depends on a grouped function). In two-part form `a` and `b` are to be empty at the
-  /// start. Throws `Mx_Exception` for what the database cannot express, and `std::out_of_range` for
-  /// a data field under `thisSet` whose SQL text is shorter than seven units and begins with a
-  /// letter of "isnull(", such as `n.rcid`.
+  /// Translates a document for the database of `Connect`, whatever `dsType` says, except that 3
+  /// asks for Oracle; then as `TranslateFor`.
   bool GetSpec(std::u16string document, ORKDB_DSType_ENUM dsType, std::u16string& translated,
                std::u16string& a, std::u16string& b, bool twoParts);
 
-  /// The composing half of `GetSpec`, over a translated document. Always 0; a document that does
-  /// not parse gives empty texts.
+  /// Translates a document for the database that is named, whatever `Connect` said, and composes
+  /// it: into `a`, or, with `twoParts`, into `a` (what may stand in a plain filter) and `b` (what
+  /// depends on a grouped function). In two-part form `a` and `b` are to be empty at the start;
+  /// else `b` stays. False leaves all three texts and an error. A number that is no database of
+  /// `RuleDialects()` is served like 0. Throws `Mx_Exception` for what the database cannot express,
+  /// and `std::out_of_range` for a data field under `thisSet` whose SQL text is shorter than seven
+  /// units and begins with a letter of "isnull(", such as `n.rcid`.
+  bool TranslateFor(ORKDB_DSType_ENUM dialect, std::u16string document, std::u16string& translated,
+                    std::u16string& a, std::u16string& b, bool twoParts);
+
+  /// The composing half of `TranslateFor`, over a translated document. Always 0; a document that
+  /// does not parse gives empty texts.
   std::int32_t Compose(const std::u16string& translated, std::u16string& out);
   std::int32_t Compose(const std::u16string& translated, std::u16string& a, std::u16string& b);
 
@@ -125,8 +131,7 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   std::u16string GetDict_sysVar();
 
   /// Name of the temporary table that a translated rule reads for words of this kind, as the last
-  /// translator writes it; before the first translation, as that of the database of `Connect`
-  /// would.
+  /// translation wrote it; before the first one, as one for the database of `Connect` would.
   std::u16string GetSysTabName(MXRULE_SYMBOL_TYPE symbolType, const std::u16string& text);
 
   /// 1: form fields are read from existing tables. Reaches the next translation.

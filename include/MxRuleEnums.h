@@ -61,8 +61,8 @@ enum MXRULE_SEMANTIC_TYPE : std::int32_t {
   kLeafSemantic = 4,      ///< a word by itself
 };
 
-/// Kind of a database. Every other value is served like `kSqlServerDs`, but quotes names with
-/// double quotes in the maintenance operations.
+/// Kind of a database; `RuleDialects.h` has their names. Every other value is served like
+/// `kSqlServerDs`, but quotes names with double quotes in the maintenance operations.
 enum ORKDB_DSType_ENUM : std::int32_t {
   kSqlServerDs = 0,
   kOracleDs = 3,

@@ -1,7 +1,8 @@
-// The table of ODBC drivers, and the writing of connection strings. A value with a character that
-// ends or opens values stands in braces, where "}" is doubled: `p;x}` is written `{p;x}}}`.
+// The writing of connection strings. A value with a character that ends or opens values stands in
+// braces, where "}" is doubled: `p;x}` is written `{p;x}}}`.
 #include "database/OdbcConnectionText.h"
 
+#include "database/OdbcDriver.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
 
@@ -13,40 +14,12 @@ namespace {
 
 using ORKBASE::UpToZero;
 
-/// How the string for a type of database is written. A driver has to be registered with the driver
-/// manager by the name given here.
-struct Driver {
-  ORKBASE::ORKDB_DSType_ENUM type;
-  std::u16string_view name;
-  std::u16string_view portKey;    // empty: host, port and database are one key, `Dbq=//h:p/d`
-  std::u16string_view encrypted;  // what asks for encryption; empty where nothing does
-  std::u16string_view readOnly;
-  std::u16string_view always;
-};
-
-// clang-format off
-constexpr Driver kDrivers[] = {
-    {ORKBASE::kSqlServerDs, u"FreeTDS",            u"Port",     u"Encryption=require;", u"ApplicationIntent=ReadOnly;", u"TDS_Version=7.4;"},
-    {ORKBASE::kOracleDs,    u"Oracle",             u"",         u"",                    u"",                            u""},
-    {ORKBASE::kDMDs,        u"DM",                 u"TCP_PORT", u"",                    u"",                            u""},
-    {ORKBASE::kKingbaseDs,  u"Kingbase",           u"Port",     u"SSLmode=require;",    u"ReadOnly=1;",                 u""},
-    {ORKBASE::kOpenGaussDs, u"PostgreSQL Unicode", u"Port",     u"SSLmode=require;",    u"ReadOnly=1;",                 u""},
-};
-// clang-format on
-
 constexpr std::u16string_view kPasswordKeys[] = {u"pwd", u"password"};
 
 /// How a string names a driver without functions for 16-bit text. The driver manager would cut each
 /// unit of the string to a byte for it.
 constexpr std::u16string_view kNarrowDrivers[] = {u"driver={sqlite", u"driver=sqlite",
                                                   u"libsqlite"};
-
-const Driver& DriverOf(ORKBASE::ORKDB_DSType_ENUM type) {
-  for (const Driver& driver : kDrivers) {
-    if (driver.type == type) return driver;
-  }
-  return kDrivers[0];
-}
 
 std::u16string Braced(std::u16string_view value) {
   return u"{" + ORKBASE::ReplaceAll(value, u"}", u"}}") + u"}";
@@ -163,7 +136,7 @@ OdbcConnectionText TextOfString(const AccessorRequest& request) {
 
 OdbcConnectionText TextOfHost(const AccessorRequest& request) {
   OdbcConnectionText made;
-  const Driver& driver = DriverOf(request.dsType);
+  const OdbcDriver& driver = DriverOf(request.dsType);
   const std::u16string_view host = UpToZero(request.location);
   const std::u16string_view database = UpToZero(request.database);
   const std::int32_t port = request.server.Port();

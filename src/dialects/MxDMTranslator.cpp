@@ -1,17 +1,26 @@
-// SQL for DM. It keeps the "+" of the default dialect for "&".
+// SQL for DM.
 #include "dialects/MxDMTranslator.h"
-
-#include "dialects/SharedDialectRows.h"
 
 namespace ORKBASE {
 namespace {
 
-constexpr DialectFields kFields = {kDMDs, u"", u"isnull", u"+", kDateStyleLiterals};
+constexpr DialectFields kFields = {
+    .nameQuotes = u"\"\"",
+    .unicodePrefix = u"",
+    .isNullName = u"isnull",
+    .concatOp = u"+",  // kept: that of the default dialect
+    .dateStyles = kDateStyleLiterals,
+    .userPrefix = u"",
+    .reportMark = u"##",
+    .quotesReportTable = false,
+};
 
 // clang-format off
-constexpr std::u16string_view kOwnWords[] = {u"quarter", u"weekDay", u"hour", u"minute"};
-
 constexpr ReplacementRow kRows[] = {
+    {u"quarter",    OwnWord{}},
+    {u"weekDay",    OwnWord{}},
+    {u"hour",       OwnWord{}},
+    {u"minute",     OwnWord{}},
     {u"CHARINDEX",  u"locate"},
     {u"STRING_AGG", u"listagg"},
 };
@@ -19,21 +28,21 @@ constexpr ReplacementRow kRows[] = {
 
 }  // namespace
 
-MxDMTranslator::MxDMTranslator() : MxSql92Translator(kFields, Map()) {}
+MxDMTranslator::MxDMTranslator(TagTree& doc) : MxSql92Translator(kFields, Map(), doc) {}
 
 const ReplacementMap& MxDMTranslator::Map() {
-  static const ReplacementMap map = MakeMap(MxSql92Translator::Map(), kFields, InitFunctions);
+  static const ReplacementMap map = MakeMap(MxSql92Translator::Map(), kFields, kRows);
   return map;
 }
 
-void MxDMTranslator::InitFunctions(ReplacementMap& map) {
-  for (const std::u16string_view word : kOwnWords) map.RemoveReplacement(word);
-  map.AddRows(kBareUserFunctions);
-  map.AddRows(kRows);
-}
-
-std::u16string MxDMTranslator::QuoteName(std::u16string_view name) const {
-  return DoubleQuoted(name);
+/// `to_char(d,'yyyy-mm-dd')`: the style stays as the rule has it.
+Tag MxDMTranslator::TransConvert(Tag node) {
+  const Tag argument = node.FirstChild();
+  const Tag style = argument.Next();
+  Tag made = MakeWithHead(node, u"to_char");
+  made.AddChild(DateArgument(argument));
+  made.AddChild(style);
+  return made;
 }
 
 }  // namespace ORKBASE

@@ -1,17 +1,17 @@
 // SQL for DM: the default dialect with other names for a few functions.
 #pragma once
 
-#include "translator/MxSql92Translator.h"
+#include "dialects/MxSql92Translator.h"
 
 namespace ORKBASE {
 
 class MxDMTranslator : public MxSql92Translator {
  public:
-  MxDMTranslator();
+  explicit MxDMTranslator(TagTree& doc);
   static const ReplacementMap& Map();
-  static void InitFunctions(ReplacementMap& map);
 
-  std::u16string QuoteName(std::u16string_view name) const override;
+ protected:
+  Tag TransConvert(Tag node) override;
 };
 
 }  // namespace ORKBASE

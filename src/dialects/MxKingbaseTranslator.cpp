@@ -1,20 +1,35 @@
-// SQL for Kingbase. `year` and `month` go to the database as they stand, `day` does not.
+// SQL for Kingbase.
+// kept: `year` and `month` go to the database as they stand, `day` does not; `ToDate` and the
+// is-null form are those of the default dialect.
 #include "dialects/MxKingbaseTranslator.h"
 
-#include "dialects/SharedDialectRows.h"
 #include "foundation/Text.h"
 
 namespace ORKBASE {
 namespace {
 
-using T = MxSql92Translator;
+using T = MxKingbaseTranslator;
 
-constexpr DialectFields kFields = {kKingbaseDs, u"", u"isnull", u"||", kDateStyleLiterals};
+constexpr DialectFields kFields = {
+    .nameQuotes = u"\"\"",
+    .unicodePrefix = u"",
+    .isNullName = u"isnull",
+    .concatOp = u"||",
+    .dateStyles = kDateStyleLiterals,
+    .userPrefix = u"",
+    .reportMark = u"##",
+    .quotesReportTable = true,
+};
 
 // clang-format off
 constexpr ReplacementRow kRows[] = {
-    {u"day",        u"", &T::TransDay},
-    {u"dateAdd",    u"", &T::TransDateAdd},
+    {u"length",     OwnWord{}},
+    {u"quarter",    DatePart{u"'Q'"}},
+    {u"day",        DatePart{u"'DAY'"}},
+    {u"hour",       DatePart{u"'HOUR'"}},
+    {u"minute",     DatePart{u"'MINUTE'"}},
+    {u"weekDay",    HandleBy<&T::TransWeekDay>},
+    {u"dateAdd",    HandleBy<&T::TransDateAdd>},
     {u"ToText",     u"to_char"},
     {u"STRING_AGG", u"listagg"},
     {u"RAND",       u"RANDOM"},
@@ -41,45 +56,20 @@ constexpr IntervalUnit kIntervalUnits[] = {
 
 }  // namespace
 
-MxKingbaseTranslator::MxKingbaseTranslator() : MxKingbaseTranslator(kFields, Map()) {}
-
-MxKingbaseTranslator::MxKingbaseTranslator(const DialectFields& fields, const ReplacementMap& map)
-    : MxSql92Translator(fields, map) {}
+MxKingbaseTranslator::MxKingbaseTranslator(TagTree& doc) : MxSql92Translator(kFields, Map(), doc) {}
 
 const ReplacementMap& MxKingbaseTranslator::Map() {
-  static const ReplacementMap map = MakeMap(MxSql92Translator::Map(), kFields, InitFunctions);
+  static const ReplacementMap map = MakeMap(MxSql92Translator::Map(), kFields, kRows);
   return map;
 }
 
-void MxKingbaseTranslator::InitFunctions(ReplacementMap& map) {
-  map.RemoveReplacement(u"length");
-  map.AddRows(kBareUserFunctions);
-  map.AddRows(kRows);
-}
-
-std::u16string MxKingbaseTranslator::QuoteName(std::u16string_view name) const {
-  return DoubleQuoted(name);
-}
-
-Tag MxKingbaseTranslator::TransDatePart(Tag date, std::u16string_view part) {
+Tag MxKingbaseTranslator::TransDatePart(Tag node, std::u16string_view part) {
   return MakeCall(kNumDataType, u"date_part",
-                  {MakeNode(kConstantSymbol, kStrDataType, part), date});
+                  {MakeNode(kConstantSymbol, kStrDataType, part), node.FirstChild()});
 }
-
-Tag MxKingbaseTranslator::DatePartOf(Tag node, std::u16string_view part) {
-  return node.FirstChild() ? TransDatePart(node.FirstChild(), part) : Tag{};
-}
-
-// clang-format off
-Tag MxKingbaseTranslator::TransQuarter(Tag node) { return DatePartOf(node, u"'Q'"); }
-Tag MxKingbaseTranslator::TransDay(Tag node)     { return DatePartOf(node, u"'DAY'"); }
-Tag MxKingbaseTranslator::TransHour(Tag node)    { return DatePartOf(node, u"'HOUR'"); }
-Tag MxKingbaseTranslator::TransMinute(Tag node)  { return DatePartOf(node, u"'MINUTE'"); }
-// clang-format on
 
 /// `extract(isodow FROM  d)`.
 Tag MxKingbaseTranslator::TransWeekDay(Tag node) {
-  if (!node.FirstChild()) return {};
   Tag from = MakeNode(kOpNotSymbol, kStrDataType, u"isodow FROM ");
   from.AddChild(node.FirstChild());
   return MakeCall(kNumDataType, u"extract", {from});
@@ -88,20 +78,12 @@ Tag MxKingbaseTranslator::TransWeekDay(Tag node) {
 /// `cast(x  AS  decimal(18,4))`: precision and scale as in the default dialect.
 Tag MxKingbaseTranslator::TransToNumber(Tag node) {
   const Tag value = node.FirstChild();
-  if (!value) return {};
-  const Tag scale = value.Next();
-  const Tag precision = scale.Next();
+  const Tag type = NumberType(value.Next());
   Tag made = MakeWithHead(node, u"cast");
   Tag as = MakeNode(kConstantSymbol, kStrDataType, u" AS ");
   as.Set(Attr::kSemanticType, kInfixSemantic);
   as.AddChild(value);
-  if (!scale) {
-    as.AddChild(MakeNode(kConstantSymbol, kNoDataType, u"int"));
-  } else {
-    as.AddChild(
-        MakeCall(kNoDataType, u"decimal",
-                 {precision ? precision : MakeNode(kConstantSymbol, kNumDataType, u"30"), scale}));
-  }
+  as.AddChild(type);
   made.AddChild(as);
   return made;
 }

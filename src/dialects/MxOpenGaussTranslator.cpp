@@ -4,7 +4,16 @@
 namespace ORKBASE {
 namespace {
 
-constexpr DialectFields kFields = {kOpenGaussDs, u"", u"COALESCE", u"||", kDateStyleLiterals};
+constexpr DialectFields kFields = {
+    .nameQuotes = u"\"\"",
+    .unicodePrefix = u"",
+    .isNullName = u"COALESCE",
+    .concatOp = u"||",
+    .dateStyles = kDateStyleLiterals,
+    .userPrefix = u"",
+    .reportMark = u"##",
+    .quotesReportTable = true,
+};
 
 // clang-format off
 constexpr ReplacementRow kRows[] = {
@@ -17,15 +26,12 @@ constexpr ReplacementRow kRows[] = {
 
 }  // namespace
 
-MxOpenGaussTranslator::MxOpenGaussTranslator() : MxKingbaseTranslator(kFields, Map()) {}
+MxOpenGaussTranslator::MxOpenGaussTranslator(TagTree& doc)
+    : MxKingbaseTranslator(kFields, Map(), doc) {}
 
 const ReplacementMap& MxOpenGaussTranslator::Map() {
-  static const ReplacementMap map = MakeMap(MxKingbaseTranslator::Map(), kFields, InitFunctions);
+  static const ReplacementMap map = MakeMap(MxKingbaseTranslator::Map(), kFields, kRows);
   return map;
-}
-
-void MxOpenGaussTranslator::InitFunctions(ReplacementMap& map) {
-  map.AddRows(kRows);
 }
 
 }  // namespace ORKBASE

@@ -7,9 +7,8 @@ namespace ORKBASE {
 
 class MxOpenGaussTranslator : public MxKingbaseTranslator {
  public:
-  MxOpenGaussTranslator();
+  explicit MxOpenGaussTranslator(TagTree& doc);
   static const ReplacementMap& Map();
-  static void InitFunctions(ReplacementMap& map);
 };
 
 }  // namespace ORKBASE

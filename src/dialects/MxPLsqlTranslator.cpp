@@ -1,76 +1,62 @@
 // SQL for Oracle: fields, map, conversions and names. The dates stand in a file of their own.
 #include "dialects/MxPLsqlTranslator.h"
 
-#include "Mx_Exception.h"
-#include "foundation/MessageNumbers.h"
+#include "dialects/OracleRefusals.h"
 #include "foundation/Text.h"
 #include "platform/LocaleDates.h"
-#include "platform/MessageTexts.h"
 
 namespace ORKBASE {
 namespace {
 
-using T = MxSql92Translator;
+using T = MxPLsqlTranslator;
 
-// The type stays that of the default dialect: inherited code treats Oracle like it.
-constexpr DialectFields kFields = {kSqlServerDs, u"", u"nvl", u"||", kDateStyleLiterals};
+constexpr DialectFields kFields = {
+    .nameQuotes = u"",
+    .unicodePrefix = u"",
+    .isNullName = u"nvl",
+    .concatOp = u"||",
+    .dateStyles = kDateStyleLiterals,
+    .userPrefix = std::nullopt,
+    .reportMark = u"#",  // kept: temporary tables are named as in the default dialect
+    .quotesReportTable = false,
+};
 
 // clang-format off
 constexpr ReplacementRow kRows[] = {
-    {u"count1",             u"", &T::TransCount1},
-    {u"switch",             u"", &T::TransSwitch},
-    {u"thisSet",            u"", &T::TransThisSet},
-    {u"ToNumber",           u"", &T::TransToNumber},
-    {u"ToDate",             u"", &T::TransToDate},
-    {u"fisYear",            u"", &T::TransFisYear},
-    {u"fisMonth",           u"", &T::TransFisMonth},
-    {u"fisQuarter",         u"", &T::TransFisQuarter},
-    {u"fstDayOfMonth",      u"", &T::TransFstDayOfMonth},
-    {u"lstDayOfMonth",      u"", &T::TransLstDayOfMonth},
-    {u"fstDayOfFisMonth",   u"", &T::TransFstDayOfFisMonth},
-    {u"endOfFisMonth",      u"", &T::TransEndOfFisMonth},
-    {u"fstDayOfYear",       u"", &T::TransFstDayOfYear},
-    {u"endOfYear",          u"", &T::TransEndOfYear},
-    {u"fstDayOfFisYear",    u"", &T::TransFstDayOfFisYear},
-    {u"endOfFisYear",       u"", &T::TransEndOfFisYear},
-    {u"fstDayOfQuarter",    u"", &T::TransFstDayOfQuarter},
-    {u"endOfQuarter",       u"", &T::TransEndOfQuarter},
-    {u"fstDayOfFisQuarter", u"", &T::TransFstDayOfFisQuarter},
-    {u"endOfFisQuarter",    u"", &T::TransEndOfFisQuarter},
-    {u"thisYear",           u"", &T::TransThisYear},
-    {u"thisFisYear",        u"", &T::TransThisFisYear},
-    {u"lastYear",           u"", &T::TransLastYear},
-    {u"lastFisYear",        u"", &T::TransLastFisYear},
-    {u"thisQuarter",        u"", &T::TransThisQuarter},
-    {u"thisFisQuarter",     u"", &T::TransThisFisQuarter},
-    {u"lastQuarter",        u"", &T::TransLastQuarter},
-    {u"lastFisQuarter",     u"", &T::TransLastFisQuarter},
-    {u"thisMonth",          u"", &T::TransThisMonth},
-    {u"thisFisMonth",       u"", &T::TransThisFisMonth},
-    {u"lastMonth",          u"", &T::TransLastMonth},
-    {u"lastFisMonth",       u"", &T::TransLastFisMonth},
-    {u"quarter",            u"", &T::TransQuarter},
-    {u"weekDay",            u"", &T::TransWeekDay},
-    {u"hour",               u"", &T::TransHour},
-    {u"minute",             u"", &T::TransMinute},
-    {u"year",               u"", &T::TransYear},
-    {u"month",              u"", &T::TransMonth},
-    {u"day",                u"", &T::TransDay},
-    {u"dateAdd",            u"", &T::TransDateAdd},
-    {u"timeInterval",       u"", &T::TransTimeInterval},
-    {u"ToText",             u"", &T::TransToText},
-    {u"log10",              u"", &T::TransLog10},
-    {u"log",                u"ln"},
-    {u"Exponent",           u"exp"},
-    {u"toUpper",            u"upper"},
-    {u"ltrim",              u"ltrim"},
-    {u"rtrim",              u"rtrim"},
-    {u"substring",          u"substr"},
-    {u"length",             u"length"},
-    {u"average",            u"avg"},
-    {u"lastDate",           u"max"},
-    {u"firstDate",          u"min"},
-    {u"isNull",             u"nvl"},
+    {u"quarter",      DatePart{u"'q'"}},
+    {u"weekDay",      DatePart{u"'d'"}},
+    {u"year",         DatePart{u"'yyyy'"}},
+    {u"month",        DatePart{u"'mm'"}},
+    {u"day",          DatePart{u"'dd'"}},
+    {u"hour",         DatePart{u"'hh24'"}},
+    {u"minute",       DatePart{u"'mi'"}},
+    {u"dateAdd",      HandleBy<&T::TransDateAdd>},
+    {u"timeInterval", HandleBy<&T::TransTimeInterval>},
+    {u"log10",        HandleBy<&T::TransLog10>},
+    {u"log",          u"ln"},
+    {u"ltrim",        u"ltrim"},
+    {u"rtrim",        u"rtrim"},
+    {u"substring",    u"substr"},
+    {u"length",       u"length"},
+    {u"isNull",       u"nvl"},
+    {u"toLower",      OwnWord{}},  // kept: although toUpper becomes upper
+
+    {u"thisSet",            kSetRefused},
+    {u"fisYear",            kFiscalPartRefused},
+    {u"fisMonth",           kFiscalPartRefused},
+    {u"fisQuarter",         kFiscalPartRefused},
+    {u"fstDayOfFisYear",    kFiscalBoundRefused},
+    {u"endOfFisYear",       kFiscalBoundRefused},
+    {u"fstDayOfFisQuarter", kFiscalBoundRefused},
+    {u"endOfFisQuarter",    kFiscalBoundRefused},
+    {u"fstDayOfFisMonth",   kFiscalBoundRefused},
+    {u"endOfFisMonth",      kFiscalBoundRefused},
+    {u"thisFisYear",        kFiscalBoundRefused},
+    {u"lastFisYear",        kFiscalBoundRefused},
+    {u"thisFisQuarter",     kFiscalBoundRefused},
+    {u"lastFisQuarter",     kFiscalBoundRefused},
+    {u"thisFisMonth",       kFiscalBoundRefused},
+    {u"lastFisMonth",       kFiscalBoundRefused},
 };
 
 struct FormatPiece {
@@ -98,16 +84,12 @@ std::u16string FormatOf(std::u16string_view piece) {
 
 }  // namespace
 
-MxPLsqlTranslator::MxPLsqlTranslator() : MxSql92Translator(kFields, Map()) {}
+MxPLsqlTranslator::MxPLsqlTranslator(TagTree& doc) : MxSql92Translator(kFields, Map(), doc) {}
 
-/// Begins empty: of the default dialect's functions it has only what it names itself.
+/// Of what the default dialect has for itself it takes nothing over.
 const ReplacementMap& MxPLsqlTranslator::Map() {
-  static const ReplacementMap map = MakeMap({}, kFields, InitFunctions);
+  static const ReplacementMap map = MakeMap(SharedMap(), kFields, kRows);
   return map;
-}
-
-void MxPLsqlTranslator::InitFunctions(ReplacementMap& map) {
-  map.AddRows(kRows);
 }
 
 std::u16string OracleDateFormat(std::u16string_view pattern, std::u16string_view separator) {
@@ -123,10 +105,6 @@ std::u16string OracleDateFormat(std::u16string_view pattern, std::u16string_view
 
 std::u16string LocaleDateFormat() {
   return OracleDateFormat(ShortDatePattern(), DateSeparator());
-}
-
-std::u16string MxPLsqlTranslator::QuoteName(std::u16string_view name) const {
-  return std::u16string(name);
 }
 
 std::u16string MxPLsqlTranslator::TransColumnName(std::u16string_view name) const {
@@ -149,7 +127,6 @@ std::u16string MxPLsqlTranslator::TransDateConstant(std::u16string_view text) co
 /// A date stays as it is.
 Tag MxPLsqlTranslator::TransToDate(Tag node) {
   const Tag value = node.FirstChild();
-  if (!value) return {};
   if (value.GetInt(Attr::kDataType) == kDateDataType) return value;
   Tag made = MakeWithHead(node, u"to_date");
   made.AddChild(value);
@@ -159,7 +136,6 @@ Tag MxPLsqlTranslator::TransToDate(Tag node) {
 
 Tag MxPLsqlTranslator::TransToText(Tag node) {
   const Tag value = node.FirstChild();
-  if (!value) return {};
   const Tag style = value.Next();
   Tag made = MakeWithHead(node, u"to_char");
   made.AddChild(value);
@@ -167,10 +143,9 @@ Tag MxPLsqlTranslator::TransToText(Tag node) {
   return made;
 }
 
-/// With a scale it is `trunc`, although the value is text; a precision is dropped.
+/// kept: with a scale it is `trunc`, although the value is text; a precision is dropped.
 Tag MxPLsqlTranslator::TransToNumber(Tag node) {
   const Tag value = node.FirstChild();
-  if (!value) return {};
   const Tag scale = value.Next();
   Tag made = MakeWithHead(node, scale ? u"trunc" : u"to_number");
   made.AddChild(value);
@@ -180,15 +155,10 @@ Tag MxPLsqlTranslator::TransToNumber(Tag node) {
 
 Tag MxPLsqlTranslator::TransLog10(Tag node) {
   const Tag value = node.FirstChild();
-  if (!value) return {};
   Tag made = MakeWithHead(node, u"log");
   made.AddChild(Number(u"10"));
   made.AddChild(value);
   return made;
-}
-
-Tag MxPLsqlTranslator::TransThisSet(Tag /*node*/) {
-  throw Mx_Exception(LoadMessage(kMsgThisSetRefused), u"mx_PLSql_translator", u"Fn_thisSet", 802);
 }
 
 }  // namespace ORKBASE

@@ -2,44 +2,34 @@
 // form for is refused by an `Mx_Exception`, before the node of the function is looked at.
 #pragma once
 
-#include "translator/MxSql92Translator.h"
+#include "dialects/MxSql92Translator.h"
 
 namespace ORKBASE {
 
 class MxPLsqlTranslator : public MxSql92Translator {
  public:
-  MxPLsqlTranslator();
+  explicit MxPLsqlTranslator(TagTree& doc);
   static const ReplacementMap& Map();
-  static void InitFunctions(ReplacementMap& map);
 
-  std::u16string QuoteName(std::u16string_view name) const override;
   std::u16string TransColumnName(std::u16string_view name) const override;
   std::u16string TransDateConstant(std::u16string_view text) const override;
 
-  /// Takes the date itself, not its function, so brackets around the function are lost.
-  Tag TransDatePart(Tag date, std::u16string_view part) override;
-  Tag TransFisDatePart(Tag node, std::u16string_view part) override;
+  /// Brackets around the function are lost.
+  Tag TransDatePart(Tag node, std::u16string_view part) override;
+  /// Of the calendar alone: what is fiscal is refused by its row.
   Tag TransPeriodBound(Tag node, bool start, std::u16string_view part, bool fiscal) override;
-  Tag TransQuarter(Tag node) override;
-  Tag TransWeekDay(Tag node) override;
   Tag TransToText(Tag node) override;
   Tag TransToDate(Tag node) override;
-  Tag TransThisSet(Tag node) override;
   Tag TransToNumber(Tag node) override;
-  Tag TransHour(Tag node) override;
-  Tag TransMinute(Tag node) override;
-  Tag TransLog10(Tag node) override;
-  Tag TransYear(Tag node) override;
-  Tag TransMonth(Tag node) override;
-  Tag TransDay(Tag node) override;
-  Tag TransDateAdd(Tag node) override;
-  Tag TransTimeInterval(Tag node) override;
+  Tag TransLog10(Tag node);
+  Tag TransDateAdd(Tag node);
+  Tag TransTimeInterval(Tag node);
 
  protected:
   Tag MakeOneLess() override;
 
  private:
-  Tag DatePartOf(Tag node, std::u16string_view part);
+  Tag DatePartOf(Tag date, std::u16string_view part);
   Tag PlusMinusNode(Tag a, Tag b, bool plus);
   Tag ConcatNode(Tag a, Tag b);
   Tag TimesConstantNode(Tag a, std::u16string_view constant);

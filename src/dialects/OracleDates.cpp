@@ -1,31 +1,10 @@
-// SQL for Oracle: date parts, periods and date arithmetic out of its own functions. There is no
-// fiscal calendar, so all that is fiscal is refused, and so are differences in quarters and weeks.
-#include "Mx_Exception.h"
+// SQL for Oracle: date parts, periods and date arithmetic out of its own functions.
 #include "dialects/MxPLsqlTranslator.h"
-#include "foundation/MessageNumbers.h"
+#include "dialects/OracleRefusals.h"
 #include "foundation/Text.h"
-#include "platform/MessageTexts.h"
 
 namespace ORKBASE {
 namespace {
-
-struct Refusal {
-  std::u16string_view function;
-  MessageNumber message;
-  std::uint32_t location;
-};
-
-// clang-format off
-constexpr Refusal kQuarterDifference = {u"Fn_timeInterval",  kMsgQuarterDifference, 776};
-constexpr Refusal kWeekDifference    = {u"Fn_timeInterval",  kMsgWeekDifference,    800};
-constexpr Refusal kFiscalBound       = {u"fStartOrEndTime",  kMsgFiscalRefused,     437};
-constexpr Refusal kFiscalPart        = {u"fDatePart_acct",   kMsgFiscalRefused,     437};
-// clang-format on
-
-[[noreturn]] void Refuse(const Refusal& refusal) {
-  throw Mx_Exception(LoadMessage(refusal.message), u"mx_PLSql_translator",
-                     std::u16string(refusal.function), refusal.location);
-}
 
 /// How `dateAdd` counts a part: in months, or as an interval of a unit.
 struct AddedPart {
@@ -59,9 +38,9 @@ constexpr AddedPart kAddedParts[] = {
 
 constexpr DifferencePart kDifferenceParts[] = {
     {u"yy", Difference::kYears,     u"",       u""},
-    {u"qq", Difference::kRefused,   u"",       u"", &kQuarterDifference},
+    {u"qq", Difference::kRefused,   u"",       u"", &kQuarterDifferenceRefused},
     {u"mm", Difference::kMonths,    u"",       u""},
-    {u"ww", Difference::kRefused,   u"",       u"", &kWeekDifference},
+    {u"ww", Difference::kRefused,   u"",       u"", &kWeekDifferenceRefused},
     {u"dd", Difference::kTruncated, u"'dd'",   u""},
     {u"hh", Difference::kTruncated, u"'hh24'", u"24"},
     {u"mi", Difference::kTruncated, u"'mi'",   u"24*60"},
@@ -81,36 +60,21 @@ Tag MxPLsqlTranslator::Number(std::u16string_view text) {
 
 // --- date parts ----------------------------------------------------------------------------------
 
-Tag MxPLsqlTranslator::TransDatePart(Tag date, std::u16string_view part) {
+Tag MxPLsqlTranslator::TransDatePart(Tag node, std::u16string_view part) {
+  return DatePartOf(node.FirstChild(), part);
+}
+
+Tag MxPLsqlTranslator::DatePartOf(Tag date, std::u16string_view part) {
   return MakeCall(kNumDataType, u"to_char", {date, Word(part)});
-}
-
-Tag MxPLsqlTranslator::DatePartOf(Tag node, std::u16string_view part) {
-  return node.FirstChild() ? TransDatePart(node.FirstChild(), part) : Tag{};
-}
-
-// clang-format off
-Tag MxPLsqlTranslator::TransQuarter(Tag node) { return DatePartOf(node, u"'q'"); }
-Tag MxPLsqlTranslator::TransWeekDay(Tag node) { return DatePartOf(node, u"'d'"); }
-Tag MxPLsqlTranslator::TransYear(Tag node)    { return DatePartOf(node, u"'yyyy'"); }
-Tag MxPLsqlTranslator::TransMonth(Tag node)   { return DatePartOf(node, u"'mm'"); }
-Tag MxPLsqlTranslator::TransDay(Tag node)     { return DatePartOf(node, u"'dd'"); }
-Tag MxPLsqlTranslator::TransHour(Tag node)    { return DatePartOf(node, u"'hh24'"); }
-Tag MxPLsqlTranslator::TransMinute(Tag node)  { return DatePartOf(node, u"'mi'"); }
-// clang-format on
-
-Tag MxPLsqlTranslator::TransFisDatePart(Tag /*node*/, std::u16string_view /*part*/) {
-  Refuse(kFiscalPart);
 }
 
 // --- periods -------------------------------------------------------------------------------------
 
-/// `last_day(to_date(y || '/12/31','yyyy/mm/dd'))`: every end is the last day of its last month.
+/// `last_day(to_date(y || '/12/31','yyyy/mm/dd'))`.
+/// kept: every end is the last day of its last month, the year's too.
 Tag MxPLsqlTranslator::TransPeriodBound(Tag node, bool start, std::u16string_view part,
-                                        bool fiscal) {
-  if (fiscal) Refuse(kFiscalBound);
+                                        bool /*fiscal*/) {
   const Tag year = node.FirstChild();
-  if (!year) return {};
   const Tag second = year.Next();
   Tag day;
   if (EqualsIgnoringCase(part, u"'yy'")) {
@@ -193,8 +157,8 @@ Tag MxPLsqlTranslator::TransDateAdd(Tag node) {
 
 /// Years as calendar numbers: `(to_char(b,'yyyy') - to_char(a,'yyyy'))`.
 Tag MxPLsqlTranslator::YearDiffNode(Tag a, Tag b) {
-  const Tag from = TransDatePart(a, u"'yyyy'");
-  const Tag to = TransDatePart(b, u"'yyyy'");
+  const Tag from = DatePartOf(a, u"'yyyy'");
+  const Tag to = DatePartOf(b, u"'yyyy'");
   return PlusMinusNode(to, from, false);
 }
 

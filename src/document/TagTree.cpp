@@ -247,13 +247,6 @@ void TagTree::Clear() {
   epilog.clear();
 }
 
-void TagTree::TakeMemoryOf(TagTree& other) {
-  Clear();
-  other.Clear();
-  std::swap(arena_, other.arena_);
-  std::swap(text_, other.text_);
-}
-
 Tag TagTree::NewTag(std::u16string_view name) {
   ++made_;
   return {this, arena_.Make<TagNode>(name == u"tag" ? u"tag" : Store(name))};

@@ -150,8 +150,6 @@ class TagTree {
   Tag Root() noexcept { return {this, root_}; }
   void SetRoot(Tag tag) noexcept { root_ = tag.node(); }
   void Clear();
-  /// Clears both trees; this one goes on in the memory of the other.
-  void TakeMemoryOf(TagTree& other);
 
   /// A new element without attributes that stands alone.
   Tag NewTag(std::u16string_view name = u"tag");

@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <forward_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "MxExpression.h"
 #include "dictionary/MxDictionarys.h"
+#include "document/TagTree.h"
 #include "foundation/WordView.h"
 #include "lexer/Lexer.h"
 #include "lexer/TextRenamer.h"
@@ -17,21 +19,30 @@
 
 namespace ORKBASE {
 
-/// A copy shares dictionaries, connection and translator with its source; the rest is its own.
+/// What is asked of the last translation when it is over.
+struct LastTranslation {
+  ORKDB_DSType_ENUM dialect;
+  std::u16string rtId;  ///< as it was then
+};
+
+/// A copy shares dictionaries and connection with its source; the rest is its own.
 struct MxExpression::State {
   State() = default;
   State(const State& other);
   State& operator=(const State& other);
 
-  /// The translator for a request of this database type, made anew.
-  void CreateTranslator(ORKDB_DSType_ENUM requested);
+  /// The translator for a request, made anew; it works in `tree`. Becomes the last translation.
+  std::unique_ptr<IMxTranslator> CreateTranslator(ORKDB_DSType_ENUM dialect);
+  /// Oracle where it is asked for, else the database of `Connect`.
+  ORKDB_DSType_ENUM DialectFor(ORKDB_DSType_ENUM requested) const noexcept;
 
   Lexer lexer;
   std::vector<WordView> words;  ///< of the last rule; kept for its memory alone
   NameQuotes quotes;
   RuleInterpreter parser;
   MxDictionarys dictionaries;
-  std::shared_ptr<IMxTranslator> translator;
+  TagTree tree;  ///< of the last translation; kept for its memory alone
+  std::optional<LastTranslation> last;
   std::int32_t formDataIn = 0;
   bool useIsNull = true;
   std::u16string rtId;

@@ -5,7 +5,6 @@
 
 #include "OrkPlatform.h"
 #include "expression/ExpressionState.h"
-#include "expression/TranslatorChoice.h"
 #include "platform/ErrorTexts.h"
 #include "translator/IsNullForm.h"
 
@@ -26,15 +25,13 @@ void SetPlace(MxErrorRecord& error, std::u16string_view rule, const WordView* wo
 
 }  // namespace
 
-MxExpression::State::State(const State& other)
-    : dictionaries(other.dictionaries), translator(other.translator) {
+MxExpression::State::State(const State& other) : dictionaries(other.dictionaries) {
   CopyModes(other);
 }
 
 MxExpression::State& MxExpression::State::operator=(const State& other) {
   if (this == &other) return *this;
   dictionaries = other.dictionaries;
-  translator = other.translator;
   CopyModes(other);
   return *this;
 }
@@ -42,22 +39,12 @@ MxExpression::State& MxExpression::State::operator=(const State& other) {
 void MxExpression::State::CopyModes(const State& other) {
   lexer.thiscaseVarOn1RcId = other.lexer.thiscaseVarOn1RcId;
   quotes = other.quotes;
+  last = other.last;
   formDataIn = other.formDataIn;
   useIsNull = other.useIsNull;
   rtId = other.rtId;
   dsType = other.dsType;
   error = other.error;
-}
-
-void MxExpression::State::CreateTranslator(ORKDB_DSType_ENUM requested) {
-  const std::shared_ptr<IMxTranslator> last = std::move(translator);
-  translator = NewTranslator(requested, dsType);
-  if (last.use_count() == 1) translator->TakeMemoryOf(*last);  // no copy shares it
-  translator->dictionaries = &dictionaries;
-  translator->formDataIn = formDataIn;
-  translator->useIsNull = useIsNull;
-  translator->rtId = rtId;
-  translator->InitCaxEnums();
 }
 
 MxExpression::MxExpression() : state_(std::make_unique<State>()) {}

@@ -1,5 +1,7 @@
 // The facade: translating a document and composing SQL text.
 #include "MxExpression.h"
+
+#include "dialects/Dialects.h"
 #include "document/Composer.h"
 #include "document/TagReader.h"
 #include "expression/ExpressionState.h"
@@ -18,24 +20,44 @@ void ComposeTwo(Tag root, std::u16string& a, std::u16string& b) {
 
 }  // namespace
 
-// The document comes by value so that a caller may give the text that `translated` overwrites.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
+std::unique_ptr<IMxTranslator> MxExpression::State::CreateTranslator(ORKDB_DSType_ENUM dialect) {
+  std::unique_ptr<IMxTranslator> translator = DialectOf(dialect).newTranslator(tree);
+  last = {dialect, rtId};
+  translator->dictionaries = &dictionaries;
+  translator->formDataIn = formDataIn;
+  translator->useIsNull = useIsNull;
+  translator->rtId = rtId;
+  translator->InitCaxEnums();
+  return translator;
+}
+
+ORKDB_DSType_ENUM MxExpression::State::DialectFor(ORKDB_DSType_ENUM requested) const noexcept {
+  return requested == kOracleDs ? kOracleDs : dsType;
+}
+
 bool MxExpression::GetSpec(std::u16string document, ORKDB_DSType_ENUM dsType,
                            std::u16string& translated, std::u16string& a, std::u16string& b,
                            bool twoParts) {
+  return TranslateFor(state_->DialectFor(dsType), std::move(document), translated, a, b, twoParts);
+}
+
+// The document comes by value so that a caller may give the text that `translated` overwrites.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+bool MxExpression::TranslateFor(ORKDB_DSType_ENUM dialect, std::u16string document,
+                                std::u16string& translated, std::u16string& a, std::u16string& b,
+                                bool twoParts) {
   Reset();
-  State& state = *state_;
-  state.CreateTranslator(dsType);
-  if (state.translator->Translate(document, translated) != 0) {
-    // What counts is a second attempt; the error of the first stays in any case.
+  const std::unique_ptr<IMxTranslator> translator = state_->CreateTranslator(dialect);
+  if (translator->Translate(document, translated) != 0) {
+    // kept: what counts is a second attempt; the error of the first stays in any case.
     MxErrorRecord error;
     error.cause = kDocumentCause;
-    error.number = state.translator->errorNo;
-    error.text = state.translator->errorDesc;
+    error.number = translator->errorNo;
+    error.text = translator->errorDesc;
     Raise(std::move(error));
-    if (state.translator->Translate(document, translated) != 0) return false;
+    if (translator->Translate(document, translated) != 0) return false;
   }
-  const Tag root = state.translator->TranslatedRoot();
+  const Tag root = translator->TranslatedRoot();
   if (twoParts) {
     ComposeTwo(root, a, b);
   } else {
@@ -62,8 +84,11 @@ std::int32_t MxExpression::Compose(const std::u16string& translated, std::u16str
 std::u16string MxExpression::GetSysTabName(MXRULE_SYMBOL_TYPE symbolType,
                                            const std::u16string& text) {
   Reset();
-  if (!state_->translator) state_->CreateTranslator(kSqlServerDs);
-  return state_->translator->GetTempColumnName(symbolType, text);
+  State& state = *state_;
+  if (!state.last) state.last = {state.DialectFor(kSqlServerDs), state.rtId};
+  const auto translator = DialectOf(state.last->dialect).newTranslator(state.tree);
+  translator->rtId = state.last->rtId;
+  return translator->GetTempColumnName(symbolType, text);
 }
 
 }  // namespace ORKBASE

@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "MxRuleEnums.h"
 #include "document/TagTree.h"
 
 namespace ORKBASE {
@@ -13,7 +12,8 @@ namespace ORKBASE {
 class MxDictionarys;
 
 /// Turns a parsed expression document into the same tree with an SQL fragment in each node's
-/// "text". Made anew for every request, used by one thread at a time.
+/// "text". Made anew for every request, used by one thread at a time; the tree that it works in
+/// belongs to its maker and outlives it.
 class IMxTranslator {
  public:
   IMxTranslator() = default;
@@ -21,7 +21,8 @@ class IMxTranslator {
   IMxTranslator& operator=(const IMxTranslator&) = delete;
   virtual ~IMxTranslator() = default;
 
-  /// 0, or -1 with the error pair set and `out` untouched.
+  /// 0, or -1 with the error pair set and `out` untouched. Throws `Mx_Exception` for what the
+  /// database has no form for.
   virtual std::int32_t Translate(std::u16string_view parsed, std::u16string& out) = 0;
   /// Makes the enumerations of the CAX dictionaries known; 0.
   virtual std::int32_t InitCaxEnums() = 0;
@@ -31,8 +32,6 @@ class IMxTranslator {
   /// The tree of the last translation, as a reader of its text would find it: the null tag where
   /// the text holds a character that keeps it from being read.
   virtual Tag TranslatedRoot() = 0;
-  /// Goes on in the memory of a translator that is no longer needed.
-  void TakeMemoryOf(IMxTranslator& last) { doc_.TakeMemoryOf(last.doc_); }
 
   std::int32_t errorNo = 0;
   std::u16string errorDesc;
@@ -40,9 +39,6 @@ class IMxTranslator {
   std::u16string rtId;                          ///< report template; part of temporary names
   std::int32_t formDataIn = 0;                  ///< 1: form fields are read from existing tables
   bool useIsNull = true;                        ///< whether operands get the is-null form
-
- protected:
-  TagTree doc_;
 };
 
 }  // namespace ORKBASE

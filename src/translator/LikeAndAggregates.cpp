@@ -1,12 +1,12 @@
 // `like`, whose pattern gets wild cards unless the rule wrote one, and the distinct count.
 #include "translator/Insides.h"
-#include "translator/MxSql92Translator.h"
+#include "translator/TranslatorFrame.h"
 
 namespace ORKBASE {
+
 /// `a  like  ('%' + b + '%')`.
-Tag MxSql92Translator::TransLike(Tag node) {
+Tag TranslatorFrame::TransLike(Tag node) {
   const Tag field = node.FirstChild();
-  if (!field) return {};
   SearchInside(node);
   const Tag pattern = field.Next();
   Tag made = MakeWithHead(node, u" like ");
@@ -30,8 +30,7 @@ Tag MxSql92Translator::TransLike(Tag node) {
 }
 
 /// `count(distinct  x)`. It keeps its word, so that it is marked as an aggregate.
-Tag MxSql92Translator::TransCount1(Tag node) {
-  if (!node.FirstChild()) return {};
+Tag TranslatorFrame::TransCount1(Tag node) {
   Tag made = MakeWithHead(node);
   made.Set(Attr::kPrimary, node.Get(Attr::kPrimary));
   made.Set(Attr::kText, u"count");

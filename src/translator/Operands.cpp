@@ -3,7 +3,7 @@
 #include "dictionary/MxDictionarys.h"
 #include "foundation/Text.h"
 #include "translator/IsNullForm.h"
-#include "translator/MxSql92Translator.h"
+#include "translator/TranslatorFrame.h"
 
 #include <algorithm>
 #include <iterator>
@@ -42,7 +42,7 @@ bool IsKeyColumn(std::u16string_view lowerPrimary) {
 
 }  // namespace
 
-void MxSql92Translator::TransNode(Tag node) {
+void TranslatorFrame::TransNode(Tag node) {
   const std::u16string_view primary = node.Get(Attr::kPrimary);
   const LookupKey key(primary);
   for (auto values = caxEnums_.rbegin(); values != caxEnums_.rend(); ++values) {
@@ -54,15 +54,15 @@ void MxSql92Translator::TransNode(Tag node) {
     return;
   }
   if (const TransEntry* entry = map_.Find(key)) {
-    node.Set(Attr::kTransType, static_cast<std::int32_t>(entry->transType));
+    node.Set(Attr::kTransType, static_cast<std::int32_t>(entry->transType()));
     node.Set(Attr::kTargetDesc, entry->target);
-    node.Set(Attr::kText, entry->transType == TransType::kPlain ? entry->target : primary);
+    node.Set(Attr::kText, entry->transType() == TransType::kPlain ? entry->target : primary);
     return;
   }
   node.Set(Attr::kText, TransOperand(node, primary));
 }
 
-std::u16string MxSql92Translator::TransOperand(Tag node, std::u16string_view primary) {
+std::u16string TranslatorFrame::TransOperand(Tag node, std::u16string_view primary) {
   std::u16string text;
   switch (node.GetInt(Attr::kSymbol)) {
     case kConstantSymbol:
@@ -91,7 +91,7 @@ std::u16string MxSql92Translator::TransOperand(Tag node, std::u16string_view pri
   return text;
 }
 
-std::u16string MxSql92Translator::TransConstant(Tag node, std::u16string_view text) const {
+std::u16string TranslatorFrame::TransConstant(Tag node, std::u16string_view text) const {
   switch (node.GetInt(Attr::kDataType)) {
     case kStrDataType:
       return std::u16string(fields_.unicodePrefix).append(text);
@@ -102,13 +102,13 @@ std::u16string MxSql92Translator::TransConstant(Tag node, std::u16string_view te
 }
 
 /// The word of a field, or one without names and numbers where the dictionaries do not know it.
-const MxWord& MxSql92Translator::FieldWord(std::u16string_view primary) const {
+const MxWord& TranslatorFrame::FieldWord(std::u16string_view primary) const {
   static const MxWord unknown;
   const MxWord* word = dictionaries ? dictionaries->FindByPrimary(primary) : nullptr;
   return word ? *word : unknown;
 }
 
-std::u16string MxSql92Translator::TransDataField(Tag node, std::u16string_view primary) {
+std::u16string TranslatorFrame::TransDataField(Tag node, std::u16string_view primary) {
   std::u16string lower = ToLower(primary);
   if (IsKeyColumn(lower)) return lower;
   const MxWord& word = FieldWord(primary);
@@ -117,7 +117,7 @@ std::u16string MxSql92Translator::TransDataField(Tag node, std::u16string_view p
   return QuoteName(word.dtName) + u"." + TransColumnName(word.fldRealName);
 }
 
-std::u16string MxSql92Translator::TransFormField(Tag node, std::u16string_view primary) {
+std::u16string TranslatorFrame::TransFormField(Tag node, std::u16string_view primary) {
   const MxWord& word = FieldWord(primary);
   node.Set(Attr::kRttId, word.rttId);
   node.Set(Attr::kRttName, word.dtName);
@@ -139,14 +139,14 @@ std::u16string MxSql92Translator::TransFormField(Tag node, std::u16string_view p
   return u"<F" + Decimal(word.rtfId) + u">";
 }
 
-std::u16string MxSql92Translator::TransCAXField(Tag node, std::u16string_view primary) {
+std::u16string TranslatorFrame::TransCAXField(Tag node, std::u16string_view primary) {
   const MxWord& word = FieldWord(primary);
   node.Set(Attr::kCaxTName, word.tabRealName);
   node.Set(Attr::kCaxFName, word.fldRealName);
   return GetTempColumnName(kCAXFieldSymbol, word.tabRealName) + u"." + word.fldRealName;
 }
 
-std::u16string MxSql92Translator::TransSysVarCase(std::u16string_view primary) const {
+std::u16string TranslatorFrame::TransSysVarCase(std::u16string_view primary) const {
   const std::u16string lower = ToLower(primary);
   std::u16string_view word = lower;
   std::u16string_view extra;
@@ -160,6 +160,7 @@ std::u16string MxSql92Translator::TransSysVarCase(std::u16string_view primary) c
     if (!EqualsIgnoringCase(word, row.word)) continue;
     const std::u16string column = table + std::u16string(row.column);
     // Through ten characters of text, which cuts the time of day.
+    // kept: in this form for every database, also where it is no SQL.
     return row.form == CaseText::kColumn
                ? column
                : u"cast(cast(" + column + u" as nvarchar(10)) as datetime)";
@@ -167,8 +168,8 @@ std::u16string MxSql92Translator::TransSysVarCase(std::u16string_view primary) c
   return table;
 }
 
-std::u16string MxSql92Translator::GetTempColumnName(std::int32_t symbol,
-                                                    std::u16string_view extra) const {
+std::u16string TranslatorFrame::GetTempColumnName(std::int32_t symbol,
+                                                  std::u16string_view extra) const {
   const std::u16string id = ReplaceAll(rtId, u".", u"_");
   std::u16string name = u"t_";
   switch (symbol) {
@@ -182,33 +183,34 @@ std::u16string MxSql92Translator::GetTempColumnName(std::int32_t symbol,
       name += id + u"_thisCaseVar";
       break;
     case kReportFieldSymbol:
-      name = (dbType() == kSqlServerDs ? u"#t_" : u"##t_") + id + u"_repvar";
+      name = std::u16string(fields_.reportMark).append(name).append(id).append(u"_repvar");
       break;
     default:
       break;
   }
   if (!extra.empty()) name.append(u"_").append(extra);
-  const bool quoted = dbType() == kKingbaseDs || dbType() == kOpenGaussDs;
-  return symbol == kReportFieldSymbol && quoted ? QuoteName(name) : name;
+  return symbol == kReportFieldSymbol && fields_.quotesReportTable ? QuoteName(name) : name;
 }
 
-std::u16string MxSql92Translator::QuoteName(std::u16string_view name) const {
-  if (name.empty() || name.front() == u'[') return std::u16string(name);
-  return std::u16string(u"[").append(name).append(u"]");
+/// Only the first character is looked at.
+std::u16string TranslatorFrame::QuoteName(std::u16string_view name) const {
+  const std::u16string_view quotes = fields_.nameQuotes;
+  if (name.empty() || quotes.empty() || name.front() == quotes.front()) return std::u16string(name);
+  return std::u16string(quotes.substr(0, 1)).append(name).append(quotes.substr(1));
 }
 
-std::u16string MxSql92Translator::TransColumnName(std::u16string_view name) const {
+std::u16string TranslatorFrame::TransColumnName(std::u16string_view name) const {
   return std::u16string(name);
 }
 
-std::u16string MxSql92Translator::TransDateConstant(std::u16string_view text) const {
+std::u16string TranslatorFrame::TransDateConstant(std::u16string_view text) const {
   return std::u16string(text);
 }
 
-void MxSql92Translator::AddIsNullForm(Tag node, std::u16string& text) const {
+void TranslatorFrame::AddIsNullForm(Tag node, std::u16string& text) const {
   if (const Tag parent = node.Parent()) {
     if (parent.GetInt(Attr::kSymbol) == kOpIsNullSymbol) return;
-    // The vocabulary spells it "IsNull": only a document from elsewhere is meant here.
+    // kept: the vocabulary spells it "IsNull", so only a document from elsewhere is meant here.
     if (parent.Get(Attr::kPrimary) == u"isNull") return;
   }
   WrapIsNull(node.GetInt(Attr::kDataType), text, fields_.isNullName);

@@ -6,7 +6,7 @@
 #include "dictionary/MxDictionarys.h"
 #include "foundation/Format.h"
 #include "translator/Insides.h"
-#include "translator/MxSql92Translator.h"
+#include "translator/TranslatorFrame.h"
 
 namespace ORKBASE {
 namespace {
@@ -17,9 +17,9 @@ bool IsFieldSymbol(std::int32_t symbol) noexcept {
   return symbol == kDataFieldSymbol || symbol == kCAXFieldSymbol || symbol == kReportFieldSymbol;
 }
 
-/// The table in front of the column of a field's text. The is-null form is taken for granted by its
-/// first letter alone, which costs other texts that begin so seven letters; a shorter one throws
-/// `std::out_of_range`.
+/// The table in front of the column of a field's text.
+/// kept: the is-null form is taken for granted by its first letter alone, which costs other texts
+/// that begin so seven letters; a shorter one throws `std::out_of_range`.
 std::u16string_view TableOf(std::u16string_view text) {
   if (!text.empty() && kIsNullLetters.find(text.front()) != kIsNullLetters.npos) {
     text = text.substr(kIsNullLetters.size());
@@ -57,9 +57,8 @@ struct FromList {
 
 }  // namespace
 
-Tag MxSql92Translator::TransSwitch(Tag node) {
+Tag TranslatorFrame::TransSwitch(Tag node) {
   const std::int32_t count = node.ChildCount();
-  if (count == 0) return {};
   Tag made = MakeNode(kOpNotSymbol, kNoDataType, u"case");
   Tag argument = node.FirstChild();
   for (std::int32_t i = 1; i <= count; ++i) {
@@ -74,7 +73,7 @@ Tag MxSql92Translator::TransSwitch(Tag node) {
   return made;
 }
 
-Tag MxSql92Translator::TransThisSet(Tag node) {
+Tag TranslatorFrame::TransThisSet(Tag node) {
   SearchInside(node);
   const auto addTable = [this](Tag field, FromList& lists) {
     const std::u16string_view table = TableOf(field.Get(Attr::kText));

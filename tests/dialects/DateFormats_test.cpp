@@ -108,7 +108,8 @@ TEST(OracleDateFormatDeathTest, OfAnUnreadableLocaleHasTheTimeOnly) {
 
 TEST(OracleNames, ConstantsAndColumns) {
   const ScopedLocale locale("en_US.UTF-8");
-  const MxPLsqlTranslator oracle;
+  TagTree tree;
+  const MxPLsqlTranslator oracle(tree);
   EXPECT_EQ(U8(oracle.TransDateConstant(u"")), "");
   EXPECT_EQ(U8(oracle.TransDateConstant(u"'x'")), "to_date('x','mm/dd/yyyy hh24:mi:ss')");
   EXPECT_EQ(U8(oracle.QuoteName(u"a b")), "a b");

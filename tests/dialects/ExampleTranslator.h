@@ -2,24 +2,30 @@
 // for "&", and with other names for three functions.
 #pragma once
 
-#include "translator/MxSql92Translator.h"
+#include "dialects/MxSql92Translator.h"
 
 namespace ORKBASE {
 
 class ExampleTranslator : public MxSql92Translator {
  public:
-  ExampleTranslator() : MxSql92Translator(kFields, Map()) {}
+  explicit ExampleTranslator(TagTree& doc) : MxSql92Translator(kFields, Map(), doc) {}
 
   static const ReplacementMap& Map() {
-    static const ReplacementMap map = MakeMap(MxSql92Translator::Map(), kFields, InitFunctions);
+    static const ReplacementMap map = MakeMap(MxSql92Translator::Map(), kFields, kRows);
     return map;
   }
-  static void InitFunctions(ReplacementMap& map) { map.AddRows(kRows); }
 
  private:
   static constexpr DialectFields kFields = {
-      kSqlServerDs, u"", u"isnull", u"||",
-      u"112|120|110|105|111|101|103|12|20|10|5|11|1|3|108|114"};
+      .nameQuotes = u"[]",
+      .unicodePrefix = u"",
+      .isNullName = u"isnull",
+      .concatOp = u"||",
+      .dateStyles = u"112|120|110|105|111|101|103|12|20|10|5|11|1|3|108|114",
+      .userPrefix = u"dbo.",
+      .reportMark = u"#",
+      .quotesReportTable = false,
+  };
 
   // clang-format off
   static constexpr ReplacementRow kRows[] = {

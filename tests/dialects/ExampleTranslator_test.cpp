@@ -30,7 +30,8 @@ TEST(ExampleDialect, DiffersInItsFieldsAndWordsAlone) {
   for (const Case& row : kCases) {
     std::u16string document, translated;
     ASSERT_TRUE(engine.Verify(kVarDataType, U16(row.rule), document)) << row.rule;
-    ExampleTranslator translator;
+    TagTree tree;
+    ExampleTranslator translator(tree);
     ASSERT_EQ(translator.Translate(document, translated), 0);
     EXPECT_EQ(U8(ExpSpec1(translator.TranslatedRoot(), WordsOf::kSql)), row.sql) << row.rule;
   }

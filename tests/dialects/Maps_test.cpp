@@ -1,8 +1,8 @@
-// The effective replacement maps of the five classes, word by word, against a table of their own.
+// The effective replacement maps of the dialects, word by word, against tables of their own:
+// Maps.golden has every word of the vocabulary, Rows.golden what rows say that are no texts.
 #include "SampleDatabase.h"
-#include "dialects/MxDMTranslator.h"
+#include "dialects/Dialects.h"
 #include "dialects/MxKingbaseTranslator.h"
-#include "dialects/MxOpenGaussTranslator.h"
 #include "dialects/MxPLsqlTranslator.h"
 #include "dictionary/VocabularyTables.h"
 #include "foundation/Text.h"
@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <sstream>
 #include <vector>
@@ -17,84 +18,79 @@
 namespace ORKBASE {
 namespace {
 
-using T = MxSql92Translator;
+using T = TranslatorFrame;
 
 struct HandlerRow {
   const char* name;
   Handler handler;
 };
 
-#define ORK_ROW(name) \
-  { #name, &T::name }
+// clang-format off
 constexpr HandlerRow kHandlers[] = {
-    ORK_ROW(TransLike),
-    ORK_ROW(TransQuarter),
-    ORK_ROW(TransWeekDay),
-    ORK_ROW(TransFisYear),
-    ORK_ROW(TransFisMonth),
-    ORK_ROW(TransFisQuarter),
-    ORK_ROW(TransCount1),
-    ORK_ROW(TransToText),
-    ORK_ROW(TransFstDayOfMonth),
-    ORK_ROW(TransLstDayOfMonth),
-    ORK_ROW(TransFstDayOfFisMonth),
-    ORK_ROW(TransEndOfFisMonth),
-    ORK_ROW(TransFstDayOfYear),
-    ORK_ROW(TransEndOfYear),
-    ORK_ROW(TransFstDayOfFisYear),
-    ORK_ROW(TransEndOfFisYear),
-    ORK_ROW(TransFstDayOfQuarter),
-    ORK_ROW(TransEndOfQuarter),
-    ORK_ROW(TransFstDayOfFisQuarter),
-    ORK_ROW(TransEndOfFisQuarter),
-    ORK_ROW(TransToDate),
-    ORK_ROW(TransThisYear),
-    ORK_ROW(TransThisFisYear),
-    ORK_ROW(TransLastYear),
-    ORK_ROW(TransLastFisYear),
-    ORK_ROW(TransThisQuarter),
-    ORK_ROW(TransThisFisQuarter),
-    ORK_ROW(TransLastQuarter),
-    ORK_ROW(TransLastFisQuarter),
-    ORK_ROW(TransThisMonth),
-    ORK_ROW(TransThisFisMonth),
-    ORK_ROW(TransLastMonth),
-    ORK_ROW(TransLastFisMonth),
-    ORK_ROW(TransSwitch),
-    ORK_ROW(TransThisSet),
-    ORK_ROW(TransToNumber),
-    ORK_ROW(TransHour),
-    ORK_ROW(TransMinute),
-    ORK_ROW(TransLog10),
-    ORK_ROW(TransYear),
-    ORK_ROW(TransMonth),
-    ORK_ROW(TransDay),
-    ORK_ROW(TransDateAdd),
-    ORK_ROW(TransTimeInterval),
+    {"TransLike",          HandleBy<&T::TransLike>},
+    {"TransCount1",        HandleBy<&T::TransCount1>},
+    {"TransSwitch",        HandleBy<&T::TransSwitch>},
+    {"TransThisSet",       HandleBy<&T::TransThisSet>},
+    {"TransToText",        HandleBy<&T::TransToText>},
+    {"TransToDate",        HandleBy<&T::TransToDate>},
+    {"TransToNumber",      HandleBy<&T::TransToNumber>},
+    {"TransWeekDay",       HandleBy<&MxKingbaseTranslator::TransWeekDay>},
+    {"KingbaseDateAdd",    HandleBy<&MxKingbaseTranslator::TransDateAdd>},
+    {"OracleDateAdd",      HandleBy<&MxPLsqlTranslator::TransDateAdd>},
+    {"OracleTimeInterval", HandleBy<&MxPLsqlTranslator::TransTimeInterval>},
+    {"OracleLog10",        HandleBy<&MxPLsqlTranslator::TransLog10>},
 };
-#undef ORK_ROW
+// clang-format on
 
-struct ClassColumn {
-  const char* name;
-  const ReplacementMap& (*map)();
+/// A row as Rows.golden has it.
+struct RowText {
+  std::string operator()(std::u16string_view) const { return "a text"; }
+  std::string operator()(OwnWord) const { return "own word"; }
+  std::string operator()(Handler handler) const {
+    for (const HandlerRow& row : kHandlers) {
+      if (row.handler == handler) return row.name;
+    }
+    return "unknown handler";
+  }
+  std::string operator()(const DatePart& row) const { return "part " + U8(row.part); }
+  std::string operator()(const FisDatePart& row) const { return "fiscal part " + U8(row.part); }
+  std::string operator()(const PeriodBound& row) const {
+    return (row.start ? "first day " : "last day ") + U8(row.part) + (row.fiscal ? " fiscal" : "");
+  }
+  std::string operator()(const WholePeriod& row) const {
+    return U8(row.lower) + " and " + U8(row.upper);
+  }
+  std::string operator()(const OneLess& row) const {
+    return U8(row.period) + ", argument " + std::to_string(row.argument + 1) + " less one";
+  }
+  std::string operator()(const Refusal& row) const {
+    return "refused " + std::to_string(row.message) + " " + U8(row.module) + " " +
+           U8(row.function) + " " + std::to_string(row.location);
+  }
 };
 
-constexpr ClassColumn kClasses[] = {{"default", &MxSql92Translator::Map},
-                                    {"oracle", &MxPLsqlTranslator::Map},
-                                    {"dm", &MxDMTranslator::Map},
-                                    {"kingbase", &MxKingbaseTranslator::Map},
-                                    {"opengauss", &MxOpenGaussTranslator::Map}};
+bool IsText(const TransEntry& entry) {
+  return std::holds_alternative<std::u16string_view>(entry.what);
+}
 
-std::string Shown(const TransEntry* entry) {
+std::string Quoted(const TransEntry& entry) {
+  return "\"" + U8(entry.target) + "\"";
+}
+
+std::string RowOf(const ReplacementMap& map, const std::string& word) {
+  for (const auto& [key, entry] : map) {
+    if (key == ToLower(U16(word)))
+      return IsText(entry) ? Quoted(entry) : std::visit(RowText{}, entry.what);
+  }
+  return "-";
+}
+
+/// What the map finds, as Maps.golden has it: what is rebuilt has the name of its handler.
+std::string Shown(const TransEntry* entry, const std::string& word) {
   if (entry == nullptr) return "-";
-  if (entry->transType == TransType::kPlain) {
-    return (entry->handler ? "plain with handler " : "") + ("\"" + U8(entry->target) + "\"");
-  }
-  if (!entry->target.empty()) return "handler with text";
-  for (const HandlerRow& row : kHandlers) {
-    if (row.handler == entry->handler) return row.name;
-  }
-  return "unknown handler";
+  if (entry->transType() == TransType::kPlain) return Quoted(*entry);
+  if (!entry->target.empty()) return "rebuilt with a text";
+  return "Trans" + U8(ToUpper(U16(word.substr(0, 1)))) + word.substr(1);
 }
 
 std::vector<std::string> Cells(const std::string& line) {
@@ -109,25 +105,83 @@ std::vector<std::string> Cells(const std::string& line) {
   return cells;
 }
 
-std::vector<std::vector<std::string>> TableLines() {
+std::vector<std::vector<std::string>> TableLines(const std::string& file) {
   std::vector<std::vector<std::string>> lines;
-  std::istringstream file(SourceText("tests/dialects/Maps.golden"));
-  for (std::string line; std::getline(file, line);) {
+  std::istringstream text(SourceText("tests/dialects/" + file));
+  for (std::string line; std::getline(text, line);) {
     if (line.front() != '#') lines.push_back(Cells(line));
   }
   return lines;
 }
 
 TEST(Maps, HoldWhatTheTableSays) {
-  for (const auto& cells : TableLines()) {
-    ASSERT_EQ(cells.size(), 1 + std::size(kClasses)) << cells.front();
-    for (std::size_t i = 0; i < std::size(kClasses); ++i) {
+  for (const auto& cells : TableLines("Maps.golden")) {
+    ASSERT_EQ(cells.size(), 1 + Dialects().size()) << cells.front();
+    for (std::size_t i = 0; i < Dialects().size(); ++i) {
+      const ReplacementMap& map = Dialects()[i].map();
+      const std::string name = U8(Dialects()[i].dialect.name);
       const std::u16string word = U16(cells[0]);
-      EXPECT_EQ(Shown(kClasses[i].map().Find(LookupKey(word))), cells[i + 1])
-          << cells[0] << " " << kClasses[i].name;
-      const std::u16string capitals = ToUpper(word);
-      EXPECT_EQ(Shown(kClasses[i].map().Find(LookupKey(capitals))), cells[i + 1])
-          << cells[0] << " in capitals, " << kClasses[i].name;
+      EXPECT_EQ(Shown(map.Find(LookupKey(word)), cells[0]), cells[i + 1]) << cells[0] << name;
+      EXPECT_EQ(Shown(map.Find(LookupKey(ToUpper(word))), cells[0]), cells[i + 1])
+          << cells[0] << " in capitals, " << name;
+    }
+  }
+}
+
+/// Rows.golden by word and dialect, `rest` and `all` resolved.
+std::map<std::string, std::map<std::string, std::string>> Rows() {
+  std::map<std::string, std::map<std::string, std::string>> rows;
+  for (const auto& cells : TableLines("Rows.golden")) {
+    auto& row = rows[cells[0]];
+    std::istringstream names(cells.at(1));
+    for (std::string name; names >> name;) {
+      if (name != "rest" && name != "all") {
+        EXPECT_TRUE(row.emplace(name, cells.at(2)).second) << cells[0] << " " << name << " twice";
+        continue;
+      }
+      for (const RuleDialect& dialect : RuleDialects()) row.emplace(U8(dialect.name), cells.at(2));
+    }
+  }
+  return rows;
+}
+
+TEST(Maps, HaveTheRowsOfTheTable) {
+  const auto rows = Rows();
+  for (const auto& [word, row] : rows) {
+    for (const auto& [name, text] : row) {
+      const RuleDialect* dialect = FindRuleDialect(U16(name));
+      ASSERT_TRUE(dialect) << word << " " << name;
+      EXPECT_EQ(RowOf(DialectOf(dialect->number).map(), word), text) << word << " " << name;
+    }
+  }
+}
+
+TEST(Maps, HaveNoOtherRowThatIsNoText) {
+  std::set<std::u16string> words;
+  for (const auto& [word, row] : Rows()) words.insert(ToLower(U16(word)));
+  for (const DialectRow& dialect : Dialects()) {
+    for (const auto& [word, entry] : dialect.map()) {
+      EXPECT_TRUE(IsText(entry) || words.count(word) != 0)
+          << U8(word) << " " << U8(dialect.dialect.name);
+    }
+  }
+}
+
+/// A period is made by the rows of other words; no chain of them comes back to its beginning.
+TEST(Maps, HaveTheRowsThatPeriodsAreMadeOf) {
+  for (const DialectRow& dialect : Dialects()) {
+    for (const auto& [word, entry] : dialect.map()) {
+      if (const auto* whole = std::get_if<WholePeriod>(&entry.what)) {
+        for (const std::u16string_view bound : {whole->lower, whole->upper}) {
+          const TransEntry* row = dialect.map().Find(LookupKey(bound));
+          ASSERT_TRUE(row) << U8(word);
+          EXPECT_TRUE(std::holds_alternative<PeriodBound>(row->what)) << U8(word);
+        }
+      } else if (const auto* less = std::get_if<OneLess>(&entry.what)) {
+        const TransEntry* row = dialect.map().Find(LookupKey(less->period));
+        ASSERT_TRUE(row) << U8(word);
+        EXPECT_TRUE(std::holds_alternative<WholePeriod>(row->what)) << U8(word);
+      }
     }
   }
 }
@@ -143,21 +197,35 @@ void AddWords(const Rows& rows, std::set<std::string>& words) {
   }
 }
 
-TEST(Maps, TableHasEveryWordOfTheVocabulary) {
-  std::set<std::string> vocabulary;
-  AddWords(kOperatorRows, vocabulary);
-  AddWords(kFunctionRows, vocabulary);
-  AddWords(kOtherRows, vocabulary);
-  std::set<std::string> table;
-  for (const auto& cells : TableLines()) {
-    EXPECT_TRUE(table.insert(cells.front()).second) << cells.front() << " twice";
-  }
-  EXPECT_EQ(table, vocabulary);
+std::set<std::string> Vocabulary() {
+  std::set<std::string> words;
+  AddWords(kOperatorRows, words);
+  AddWords(kFunctionRows, words);
+  AddWords(kOtherRows, words);
+  return words;
 }
 
-TEST(Maps, EveryHandlerIsReachedBySomeClass) {
+TEST(Maps, TableHasEveryWordOfTheVocabulary) {
+  std::set<std::string> table;
+  for (const auto& cells : TableLines("Maps.golden")) {
+    EXPECT_TRUE(table.insert(cells.front()).second) << cells.front() << " twice";
+  }
+  EXPECT_EQ(table, Vocabulary());
+}
+
+TEST(Maps, HaveNoRowOfAWordThatThereIsNot) {
+  std::set<std::u16string> words;
+  for (const std::string& word : Vocabulary()) words.insert(ToLower(U16(word)));
+  for (const DialectRow& dialect : Dialects()) {
+    for (const auto& [word, entry] : dialect.map()) {
+      EXPECT_TRUE(words.count(word) != 0) << U8(word) << " " << U8(dialect.dialect.name);
+    }
+  }
+}
+
+TEST(Maps, EveryHandlerIsReachedBySomeDialect) {
   std::set<std::string> named;
-  for (const auto& cells : TableLines()) named.insert(cells.begin() + 1, cells.end());
+  for (const auto& cells : TableLines("Rows.golden")) named.insert(cells.at(2));
   for (const HandlerRow& row : kHandlers) EXPECT_TRUE(named.count(row.name) != 0) << row.name;
 }
 
@@ -165,31 +233,41 @@ TEST(Maps, EveryHandlerIsReachedBySomeClass) {
 
 TEST(ReplacementMap, LastRegistrationWins) {
   ReplacementMap map;
-  map.AddReplacement(u"toUpper", TransType::kPlain, u"a", nullptr);
-  map.AddReplacement(u"TOUPPER", TransType::kHandler, u"", &T::TransLike);
-  EXPECT_EQ(Shown(map.Find(LookupKey(u"toupper"))), "TransLike");
-  map.AddReplacement(u"toupper", TransType::kPlain, u"b", nullptr);
-  EXPECT_EQ(Shown(map.Find(LookupKey(u"ToUpper"))), "\"b\"");
+  map.AddReplacement(u"toUpper", u"a");
+  map.AddReplacement(u"TOUPPER", HandleBy<&T::TransLike>);
+  EXPECT_EQ(RowOf(map, "toupper"), "TransLike");
+  map.AddReplacement(u"toupper", u"b");
+  EXPECT_EQ(Shown(map.Find(LookupKey(u"ToUpper")), "toUpper"), "\"b\"");
 }
 
-TEST(ReplacementMap, RemovesInAnyCaseAndWithoutFault) {
+TEST(ReplacementMap, FindsNoWordThatGoesAsItStands) {
   ReplacementMap map;
-  map.AddReplacement(u"Hour", TransType::kPlain, u"a", nullptr);
-  map.RemoveReplacement(u"HOUR");
+  map.AddReplacement(u"Hour", u"a");
+  map.AddReplacement(u"HOUR", OwnWord{});
+  map.AddReplacement(u"", OwnWord{});
   EXPECT_EQ(map.Find(LookupKey(u"hour")), nullptr);
-  map.RemoveReplacement(u"hour");
-  map.RemoveReplacement(u"");
+  EXPECT_EQ(map.Find(LookupKey(u"")), nullptr);
+  EXPECT_EQ(RowOf(map, "hour"), "own word");
+  map.AddReplacement(u"hour", u"b");
+  EXPECT_EQ(Shown(map.Find(LookupKey(u"hour")), "hour"), "\"b\"");
+}
+
+TEST(ReplacementMap, OutlivesTheTextsOfItsRows) {
+  ReplacementMap map;
+  map.AddReplacement(u"a", std::u16string(40, u'x'));
+  const ReplacementMap copy = map;
+  EXPECT_EQ(U8(copy.Find(LookupKey(u"A"))->target), std::string(40, 'x'));
 }
 
 TEST(ReplacementMap, ListsGoPositionByPosition) {
   ReplacementMap map;
   map.AddReplacementList(u"a|b|c", u"1|2");
-  EXPECT_EQ(Shown(map.Find(LookupKey(u"A"))), "\"1\"");
-  EXPECT_EQ(Shown(map.Find(LookupKey(u"b"))), "\"2\"");
-  EXPECT_EQ(Shown(map.Find(LookupKey(u"c"))), "\"\"");
+  EXPECT_EQ(RowOf(map, "A"), "\"1\"");
+  EXPECT_EQ(RowOf(map, "b"), "\"2\"");
+  EXPECT_EQ(RowOf(map, "c"), "\"\"");
   map.AddReplacementList(u"a", u"3|4");
-  EXPECT_EQ(Shown(map.Find(LookupKey(u"a"))), "\"3\"");
-  EXPECT_EQ(map.Find(LookupKey(u"d")), nullptr);
+  EXPECT_EQ(RowOf(map, "a"), "\"3\"");
+  EXPECT_EQ(RowOf(map, "d"), "-");
 }
 
 }  // namespace

@@ -307,24 +307,6 @@ TEST(TagTree, IsUsedAgainAfterAClear) {
   }
 }
 
-TEST(TagTree, TakesTheMemoryOfAnotherAndLeavesBothEmpty) {
-  TagTree last;
-  TagTree tree;
-  for (TagTree* each : {&last, &tree}) {
-    each->SetRoot(each->NewTag());
-    each->Root().Set(Attr::kText, u"old");
-    each->prolog = u"<?xml version=\"1.1\"?>\n";
-  }
-  tree.TakeMemoryOf(last);
-  for (TagTree* each : {&last, &tree}) {
-    EXPECT_FALSE(each->Root());
-    EXPECT_EQ(each->MadeElements(), 0u);
-    each->SetRoot(each->NewTag());
-    each->Root().Set(Attr::kText, u"new");
-    EXPECT_EQ(U8(each->ToText()), Declared("<tag text=\"new\"/>\n"));
-  }
-}
-
 TEST(TagTree, WritesEachTextAnew) {
   TagTree tree;
   EXPECT_EQ(U8(tree.ToText()), "");

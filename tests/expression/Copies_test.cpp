@@ -1,4 +1,4 @@
-// Copies of an `MxExpression` share dictionaries, connection and translator, and nothing else.
+// Copies of an `MxExpression` share dictionaries and connection, and nothing else.
 #include "MxExpression.h"
 
 #include "OrkPlatform.h"

@@ -3,6 +3,7 @@
 
 #include "MxExpression.h"
 #include "Mx_Exception.h"
+#include "RuleDialects.h"
 #include "foundation/Text.h"
 
 #include <stdexcept>
@@ -11,9 +12,6 @@ namespace ORKFUZZ {
 namespace {
 
 using namespace ORKBASE;
-
-constexpr ORKDB_DSType_ENUM kDatabases[] = {kSqlServerDs, kOracleDs, kDMDs, kKingbaseDs,
-                                            kOpenGaussDs};
 
 /// Every byte a 16-bit unit of its own, or the text that UTF-8 says: both are rules someone types.
 std::u16string Wide(const std::string& bytes) {
@@ -24,13 +22,12 @@ std::u16string Wide(const std::string& bytes) {
 }
 
 void TranslateForAll(const std::u16string& document) {
-  for (const ORKDB_DSType_ENUM database : kDatabases) {
-    MxExpression engine;
-    engine.Connect(u"sqlite:", 0, u"", u"", u"", database, false, false, u"");
+  MxExpression engine;
+  for (const RuleDialect& dialect : RuleDialects()) {
     std::u16string translated, a, b, one;
     try {
-      engine.GetSpec(document, database, translated, a, b, true);
-      engine.GetSpec(document, database, translated, one, b, false);
+      engine.TranslateFor(dialect.number, document, translated, a, b, true);
+      engine.TranslateFor(dialect.number, document, translated, one, b, false);
     } catch (const Mx_Exception&) {
     } catch (const std::out_of_range&) {
     }

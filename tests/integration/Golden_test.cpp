@@ -1,6 +1,10 @@
 // Runs the golden files: one test for each file of tests/golden.
 #include "GoldenFile.h"
 
+#include "RuleDialects.h"
+
+#include "Utf8.h"
+
 #include <gtest/gtest.h>
 
 #include <set>
@@ -19,13 +23,14 @@ TEST_P(Golden, Blocks) {
   for (const GoldenBlock& block : ReadGoldenFile(GetParam())) {
     SCOPED_TRACE(block.file + ":" + std::to_string(block.line) + ": " + block.title);
     EXPECT_TRUE(titles.insert(block.title).second) << "a title that stands twice";
-    for (const GoldenDatabase& database : kGoldenDatabases) {
-      const GoldenResult& expected = block.expected.at(database.name);
-      const GoldenResult came = RunGoldenBlock(block, database.dsType);
+    for (const ORKBASE::RuleDialect& dialect : ORKBASE::RuleDialects()) {
+      const std::string name = U8(dialect.name);
+      const GoldenResult& expected = block.expected.at(name);
+      const GoldenResult came = RunGoldenBlock(block, dialect.number);
       const bool twoParts = block.Has("twoParts");
       if (came == expected) continue;
       ADD_FAILURE_AT(block.file.c_str(), block.line)
-          << block.title << "\n  rule     " << block.rule << "\n  database " << database.name
+          << block.title << "\n  rule     " << block.rule << "\n  database " << name
           << "\n  expected " << Shown(expected, twoParts) << "\n  came     "
           << Shown(came, twoParts);
     }

@@ -4,6 +4,7 @@
 #include "MxExpression.h"
 #include "Mx_Exception.h"
 #include "OrkPlatform.h"
+#include "RuleDialects.h"
 #include "SampleDatabase.h"
 #include "ScopedLanguage.h"
 #include "ScopedLocale.h"
@@ -123,16 +124,14 @@ class Reader {
       rest_ = true;
       return;
     }
-    const auto hasName = [&](const GoldenDatabase& database) { return word == database.name; };
-    if (std::none_of(kGoldenDatabases.begin(), kGoldenDatabases.end(), hasName)) {
-      Fail("no database " + word);
-    }
+    const ORKBASE::RuleDialect* dialect = ORKBASE::FindRuleDialect(U16(word));
+    if (!dialect || U8(dialect->name) != word) Fail("no database " + word);
     names.push_back(word);
   }
 
   void AddRest(const std::string& side, std::vector<std::string>& names) const {
-    for (const GoldenDatabase& database : kGoldenDatabases) {
-      const std::string name = database.name;
+    for (const ORKBASE::RuleDialect& dialect : ORKBASE::RuleDialects()) {
+      const std::string name = U8(dialect.name);
       if (seen_.count(name + side) == 0 && seen_.count(name + "AB") == 0) names.push_back(name);
     }
   }
@@ -141,8 +140,8 @@ class Reader {
     if (blocks_.empty()) return;
     const GoldenBlock& block = blocks_.back();
     if (block.type == ORKBASE::kNoDataType) Fail("no rule in front of this line");
-    for (const GoldenDatabase& database : kGoldenDatabases) {
-      const std::string name = database.name;
+    for (const ORKBASE::RuleDialect& dialect : ORKBASE::RuleDialects()) {
+      const std::string name = U8(dialect.name);
       const bool failed = seen_.count(name + "AB") != 0;
       const bool sides =
           seen_.count(name + "A") != 0 && (seen_.count(name + "B") != 0) == block.Has("twoParts");

@@ -17,23 +17,9 @@
 
 #include "MxRuleEnums.h"
 
-#include <array>
 #include <map>
 #include <string>
 #include <vector>
-
-struct GoldenDatabase {
-  const char* name;
-  ORKBASE::ORKDB_DSType_ENUM dsType;
-};
-
-inline constexpr std::array<GoldenDatabase, 5> kGoldenDatabases = {{
-    {"default", ORKBASE::kSqlServerDs},
-    {"oracle", ORKBASE::kOracleDs},
-    {"dm", ORKBASE::kDMDs},
-    {"kingbase", ORKBASE::kKingbaseDs},
-    {"opengauss", ORKBASE::kOpenGaussDs},
-}};
 
 /// What a rule comes to: the text or the two texts, or a failure such as "error: 6256 ...".
 struct GoldenResult {
@@ -50,7 +36,7 @@ struct GoldenBlock {
   std::map<std::string, std::string> modes;
   ORKBASE::MXRULE_DATATYPE type = ORKBASE::kNoDataType;
   std::string rule;
-  std::map<std::string, GoldenResult> expected;  ///< by the name of the database, all five
+  std::map<std::string, GoldenResult> expected;  ///< by the name of the dialect, all of them
 
   bool Has(const std::string& mode) const { return modes.count(mode) != 0; }
   std::string Mode(const std::string& mode) const { return Has(mode) ? modes.at(mode) : ""; }

@@ -71,6 +71,47 @@ TEST(Sql, TranslatesForOneDialectWithoutADatabase) {
   EXPECT_EQ(RunTool({"sql", "length('abc')"}).out, "len(N'abc')\n");
 }
 
+TEST(Sql, TakesDialectsByAnyOfTheirNames) {
+  const auto sql = [](const std::string& dialects) {
+    return RunTool({"sql", "--dialect", dialects, "length('abc')"}).out;
+  };
+  EXPECT_EQ(sql("DM"), "len('abc')\n");
+  EXPECT_EQ(sql("MsSql"), "len(N'abc')\n");
+  EXPECT_EQ(sql("plsql"), "length('abc')\n");
+  EXPECT_EQ(sql("dm,DEFAULT"), "dm         len('abc')\ndefault    len(N'abc')\n");
+  EXPECT_EQ(sql("tsql,default,sqlserver"), "len(N'abc')\n");
+  EXPECT_EQ(sql("opengauss,all"),
+            "opengauss  length('abc')\n"
+            "default    len(N'abc')\n"
+            "oracle     length('abc')\n"
+            "dm         len('abc')\n"
+            "kingbase   length('abc')\n");
+  EXPECT_EQ(sql("ALL"), sql("all"));
+  const auto json =
+      RunTool({"sql", "--dialect", "PLSQL,dm", "--json", "1"}).Json().at(0).at("dialects");
+  ASSERT_EQ(json.size(), 2u);
+  EXPECT_EQ(json[0].at("dialect"), "oracle");
+  EXPECT_EQ(json[1].at("dialect"), "dm");
+}
+
+TEST(Sql, ListsTheDialectsForANameThatIsNone) {
+  const std::string names = "default oracle dm kingbase opengauss";
+  for (const char* dialects : {"mysql", "dm,mysql", "mysql,dm"}) {
+    const ToolResult result = RunTool({"sql", "--dialect", dialects, "1"});
+    EXPECT_EQ(result.status, 2) << dialects;
+    EXPECT_NE(result.err.find("'mysql' is not the name of a dialect, which are: " + names + " all"),
+              result.err.npos)
+        << result.err;
+  }
+  for (const char* dialects : {"", ",", "dm,"}) {
+    EXPECT_EQ(RunTool({"sql", "--dialect", dialects, "1"}).status, 2) << dialects;
+  }
+  const ToolResult several = RunTool({"rename", "--tables", "A:B", "--dialect", "dm,oracle", "1"});
+  EXPECT_EQ(several.status, 2);
+  EXPECT_NE(several.err.find("'dm,oracle' is more than one dialect"), several.err.npos)
+      << several.err;
+}
+
 TEST(Sql, TellsThatAFieldNeedsADatabase) {
   const ToolResult result = RunTool({"sql", "--dialect", "dm", "T.a"});
   EXPECT_EQ(result.status, 1);

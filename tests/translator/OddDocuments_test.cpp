@@ -4,7 +4,8 @@
 #include "SampleDatabase.h"
 #include "ScopedLanguage.h"
 #include "Translating.h"
-#include "translator/MxSql92Translator.h"
+#include "dialects/Dialects.h"
+#include "dialects/MxSql92Translator.h"
 
 #include <gtest/gtest.h>
 
@@ -13,9 +14,6 @@
 
 namespace ORKBASE {
 namespace {
-
-constexpr ORKDB_DSType_ENUM kDatabases[] = {kSqlServerDs, kOracleDs, kDMDs, kKingbaseDs,
-                                            kOpenGaussDs};
 
 class OddDocuments : public testing::Test {
  protected:
@@ -185,25 +183,31 @@ std::vector<std::string> HandledWords(std::size_t column) {
   return words;
 }
 
-/// How many words have a handler, by class.
-constexpr std::size_t kHandlers[] = {38, 44, 34, 39, 39};
+std::size_t HandlersOf(const ReplacementMap& map) {
+  const auto isHandled = [](const auto& row) {
+    return row.second.transType() == TransType::kHandler &&
+           !std::holds_alternative<OwnWord>(row.second.what);
+  };
+  return static_cast<std::size_t>(std::count_if(map.begin(), map.end(), isHandled));
+}
 
 /// A handled function without arguments keeps its word, except that Oracle refuses what it refuses.
 TEST_F(OddDocuments, WithFunctionsWithoutArguments) {
-  for (std::size_t i = 0; i < std::size(kDatabases); ++i) {
-    ConnectTo(rules_, SampleDatabase(), kDatabases[i]);
+  for (std::size_t i = 0; i < Dialects().size(); ++i) {
+    const ORKDB_DSType_ENUM dsType = Dialects()[i].dialect.number;
+    ConnectTo(rules_, SampleDatabase(), dsType);
     const std::vector<std::string> words = HandledWords(i + 1);
-    EXPECT_EQ(words.size(), kHandlers[i]);
+    EXPECT_EQ(words.size(), HandlersOf(Dialects()[i].map()));
     for (const std::string& word : words) {
       const bool refused =
-          kDatabases[i] == kOracleDs &&
+          dsType == kOracleDs &&
           (word == "thisSet" || word.find("Fis") != word.npos || word.starts_with("fis"));
       const std::u16string document = U16("<tag primary='not' semanticType='2'><tag primary='" +
                                           word + "' symbol='27' semanticType='1'/></tag>");
       if (refused) {
         EXPECT_THROW(Translate(rules_, document), Mx_Exception) << word;
       } else {
-        EXPECT_EQ(Sql(rules_, document), "not " + word + "()") << word << " " << kDatabases[i];
+        EXPECT_EQ(Sql(rules_, document), "not " + word + "()") << word << " " << dsType;
       }
     }
   }
@@ -211,8 +215,9 @@ TEST_F(OddDocuments, WithFunctionsWithoutArguments) {
 
 /// With too few arguments, and with too many, every handler ends; no node keeps its mark.
 TEST_F(OddDocuments, WithFunctionsOfAnyNumberOfArguments) {
-  for (std::size_t i = 0; i < std::size(kDatabases); ++i) {
-    ConnectTo(rules_, SampleDatabase(), kDatabases[i]);
+  for (std::size_t i = 0; i < Dialects().size(); ++i) {
+    const ORKDB_DSType_ENUM dsType = Dialects()[i].dialect.number;
+    ConnectTo(rules_, SampleDatabase(), dsType);
     for (const std::string& word : HandledWords(i + 1)) {
       std::string arguments;
       for (int count = 1; count <= 5; ++count) {
@@ -222,7 +227,7 @@ TEST_F(OddDocuments, WithFunctionsOfAnyNumberOfArguments) {
         try {
           EXPECT_TRUE(Translate(rules_, document).done) << word << count;
         } catch (const Mx_Exception&) {
-          EXPECT_EQ(kDatabases[i], kOracleDs) << word;
+          EXPECT_EQ(dsType, kOracleDs) << word;
         }
       }
     }
@@ -347,7 +352,8 @@ TEST_F(OddDocuments, TranslatedOnceMore) {
 }
 
 TEST_F(OddDocuments, TranslatedTwiceByOneTranslator) {
-  MxSql92Translator translator;
+  TagTree tree;
+  MxSql92Translator translator(tree);
   const std::u16string document = Verified(kNumDataType, u"quarter('2020-1-2') + 1");
   std::u16string first;
   std::u16string second;

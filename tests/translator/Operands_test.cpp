@@ -3,6 +3,7 @@
 #include "SampleDatabase.h"
 #include "ScopedLanguage.h"
 #include "ScopedLocale.h"
+#include "dialects/Dialects.h"
 #include "dialects/MxDMTranslator.h"
 #include "dialects/MxKingbaseTranslator.h"
 #include "dialects/MxOpenGaussTranslator.h"
@@ -13,9 +14,6 @@
 
 namespace ORKBASE {
 namespace {
-
-constexpr ORKDB_DSType_ENUM kDatabases[] = {kSqlServerDs, kOracleDs, kDMDs, kKingbaseDs,
-                                            kOpenGaussDs};
 
 std::string Sql(MxExpression& rules, const std::u16string& document) {
   std::u16string translated;
@@ -200,43 +198,25 @@ TEST(IsNullForm, HeedsTheCaseOfItsParent) {
 // --- temporary names
 
 struct NameRow {
-  std::int32_t symbol;
-  const char* name;  // "" in front of extra
+  ORKDB_DSType_ENUM dsType;
+  const char* begin;  // of a report table's name
+  const char* end;
 };
 
-std::unique_ptr<MxSql92Translator> Translator(ORKDB_DSType_ENUM dsType) {
-  switch (dsType) {
-    case kSqlServerDs:
-      return std::make_unique<MxSql92Translator>();
-    case kOracleDs:
-      return std::make_unique<MxPLsqlTranslator>();
-    case kDMDs:
-      return std::make_unique<MxDMTranslator>();
-    case kKingbaseDs:
-      return std::make_unique<MxKingbaseTranslator>();
-    case kOpenGaussDs:
-      return std::make_unique<MxOpenGaussTranslator>();
-  }
-  return nullptr;
-}
-
-std::string ReportName(ORKDB_DSType_ENUM dsType, const std::string& extra) {
-  switch (dsType) {
-    case kSqlServerDs:
-    case kOracleDs:
-      return "#t_a_b__repvar" + extra;
-    case kDMDs:
-      return "##t_a_b__repvar" + extra;
-    case kKingbaseDs:
-    case kOpenGaussDs:
-      return "\"##t_a_b__repvar" + extra + "\"";
-  }
-  return "";
-}
+// clang-format off
+constexpr NameRow kNames[] = {
+    {kSqlServerDs, "#t_a_b__repvar",     ""},
+    {kOracleDs,    "#t_a_b__repvar",     ""},
+    {kDMDs,        "##t_a_b__repvar",    ""},
+    {kKingbaseDs,  "\"##t_a_b__repvar", "\""},
+    {kOpenGaussDs, "\"##t_a_b__repvar", "\""},
+};
+// clang-format on
 
 TEST(TemporaryNames, OfEverySymbolInEveryDialect) {
-  for (const ORKDB_DSType_ENUM dsType : kDatabases) {
-    const std::unique_ptr<MxSql92Translator> translator = Translator(dsType);
+  for (const NameRow& row : kNames) {
+    TagTree tree;
+    const auto translator = DialectOf(row.dsType).newTranslator(tree);
     translator->rtId = u"a.b.";
     for (const char* extra : {"", "7", "x.y"}) {
       const std::string tail = *extra == '\0' ? "" : "_" + std::string(extra);
@@ -245,9 +225,9 @@ TEST(TemporaryNames, OfEverySymbolInEveryDialect) {
         if (symbol == 9) expected = "#t_CAX" + tail;
         if (symbol == 12) expected = "t_sysVar_Case" + tail;
         if (symbol == 13) expected = "t_a_b__thisCaseVar" + tail;
-        if (symbol == 15) expected = ReportName(dsType, tail);
+        if (symbol == 15) expected = row.begin + tail + row.end;
         EXPECT_EQ(U8(translator->GetTempColumnName(symbol, U16(extra))), expected)
-            << "database " << dsType << " symbol " << symbol;
+            << "database " << row.dsType << " symbol " << symbol;
       }
     }
   }
@@ -283,12 +263,13 @@ constexpr QuoteRow kQuotes[] = {{u"", "", ""},
                                 {u"T]", "[T]]", "\"T]\""}};
 
 TEST(QuoteName, LooksAtTheFirstCharacterOnly) {
+  TagTree tree;
   for (const QuoteRow& row : kQuotes) {
-    EXPECT_EQ(U8(MxSql92Translator().QuoteName(row.name)), row.bracketed);
-    EXPECT_EQ(U8(MxPLsqlTranslator().QuoteName(row.name)), U8(row.name));
-    EXPECT_EQ(U8(MxDMTranslator().QuoteName(row.name)), row.quoted);
-    EXPECT_EQ(U8(MxKingbaseTranslator().QuoteName(row.name)), row.quoted);
-    EXPECT_EQ(U8(MxOpenGaussTranslator().QuoteName(row.name)), row.quoted);
+    EXPECT_EQ(U8(MxSql92Translator(tree).QuoteName(row.name)), row.bracketed);
+    EXPECT_EQ(U8(MxPLsqlTranslator(tree).QuoteName(row.name)), U8(row.name));
+    EXPECT_EQ(U8(MxDMTranslator(tree).QuoteName(row.name)), row.quoted);
+    EXPECT_EQ(U8(MxKingbaseTranslator(tree).QuoteName(row.name)), row.quoted);
+    EXPECT_EQ(U8(MxOpenGaussTranslator(tree).QuoteName(row.name)), row.quoted);
   }
 }
 

@@ -3,6 +3,7 @@
 #include "Mx_Exception.h"
 #include "PlainComposer.h"
 #include "PlainSecondPass.h"
+#include "RuleDialects.h"
 #include "RuleGenerator.h"
 #include "SampleDatabase.h"
 #include "ScopedLanguage.h"
@@ -17,9 +18,6 @@
 using namespace ORKBASE;
 
 namespace {
-
-constexpr ORKDB_DSType_ENUM kDatabases[] = {kSqlServerDs, kOracleDs, kDMDs, kKingbaseDs,
-                                            kOpenGaussDs};
 
 class SecondPass : public testing::Test {
  protected:
@@ -65,8 +63,8 @@ class SecondPass : public testing::Test {
     SCOPED_TRACE(U8(rule.text));
     std::u16string document;
     ASSERT_TRUE(rules_.Verify(rule.type, rule.text, document)) << U8(rules_.errDescription());
-    for (const ORKDB_DSType_ENUM dsType : kDatabases) {
-      SCOPED_TRACE("database " + std::to_string(dsType));
+    for (const auto& [dsType, name, otherNames] : RuleDialects()) {
+      SCOPED_TRACE(U8(name));
       std::u16string plain;
       std::u16string came;
       ASSERT_EQ(Outcome(&TranslatePlainly, dsType, modes_, document, plain),
@@ -144,7 +142,7 @@ TEST_F(SecondPass, AgreesWithThePlainWayWhereNothingIsRefused) {
     Compare(i % 2 == 0 ? generator.Make(kDateDataType, 5 + i % 9)
                        : generator.MakeThrough(u"<func_ToDate>", 5 + i % 9));
   }
-  EXPECT_EQ(translated_, kRules * std::size(kDatabases));
+  EXPECT_EQ(translated_, kRules * RuleDialects().size());
 }
 
 struct NestedRow {

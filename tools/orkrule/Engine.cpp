@@ -42,18 +42,16 @@ EngineSetup::EngineSetup(const EngineOptions& given)
   }
 }
 
-Engine::Engine(const EngineSetup& setup, const NamedDialect& dialect) : dialect_(dialect) {
+Engine::Engine(const EngineSetup& setup, ORKBASE::ORKDB_DSType_ENUM server) {
   const EngineOptions& options = setup.options;
-  const auto connect = [&](ORKBASE::MxExpression& rules) {
-    rules.Connect(setup.server, options.port, u"", Wide(options.user), Wide(options.databaseName),
-                  dialect.dsType, false, true, setup.password);
-  };
-  if (!setup.server.empty()) connect(rules_);
+  if (!setup.server.empty()) {
+    rules_.Connect(setup.server, options.port, u"", Wide(options.user), Wide(options.databaseName),
+                   server, false, true, setup.password);
+  }
   Load(setup);
   rules_.set_formDataIn(options.formDataIn);
   rules_.set_useIsNull(!options.noIsNull);
   if (options.rtId) rules_.set_rtId(Wide(*options.rtId));
-  if (setup.server.empty()) connect(detached_.emplace(rules_));
 }
 
 void Engine::Load(const EngineSetup& setup) {

@@ -1,12 +1,12 @@
-// One engine for one dialect, set up from the command line.
+// One engine, set up from the command line.
 #pragma once
 
 #include "Options.h"
 
 #include "MxExpression.h"
 
-#include <optional>
 #include <string>
+#include <vector>
 
 namespace ORKTOOL {
 
@@ -26,27 +26,23 @@ struct EngineSetup {
   std::vector<CaxDocument> cax;
 };
 
-/// An engine with its dictionaries loaded. Without a database it verifies unconnected, so that a
-/// rule that needs a table is told so, and translates with a copy that knows the dialect.
+/// An engine with its dictionaries loaded. Without a database it stays unconnected, so that a rule
+/// that needs a table is told so.
 class Engine {
  public:
-  /// Throws `Failure` where a template, table or document cannot be loaded.
-  Engine(const EngineSetup& setup, const NamedDialect& dialect);
+  /// `server` is the kind of the database where --db names a server. Throws `Failure` where a
+  /// template, table or document cannot be loaded.
+  explicit Engine(const EngineSetup& setup,
+                  ORKBASE::ORKDB_DSType_ENUM server = ORKBASE::kSqlServerDs);
 
-  const NamedDialect& Dialect() const noexcept { return dialect_; }
-  /// Verifies rules and holds their error pair.
   ORKBASE::MxExpression& Rules() noexcept { return rules_; }
-  /// Knows the dialect; shares the dictionaries of `Rules()`.
-  ORKBASE::MxExpression& Translating() noexcept { return detached_ ? *detached_ : rules_; }
 
  private:
   void Load(const EngineSetup& setup);
   void LoadCax(const EngineSetup::CaxDocument& document);
   void CheckLoaded(const std::string& what) const;
 
-  NamedDialect dialect_;
   ORKBASE::MxExpression rules_;
-  std::optional<ORKBASE::MxExpression> detached_;
 };
 
 }  // namespace ORKTOOL

@@ -5,9 +5,11 @@
 
 #include "OrkPlatform.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <charconv>
-#include <iterator>
+#include <sstream>
 
 namespace ORKTOOL {
 namespace {
@@ -27,6 +29,32 @@ std::string CheckCax(std::string& text) {
   const std::size_t sign = text.find('=');
   const bool good = sign != text.npos && WholeNumber(text.substr(0, sign));
   return good ? "" : "'" + text + "' is not of the form TYPE=FILE with a number as TYPE";
+}
+
+constexpr const char* kAllDialects = "all";
+
+bool AsksForAll(const std::string& name) {
+  return strcasecmp(name.c_str(), kAllDialects) == 0;
+}
+
+const ORKBASE::RuleDialect* FindDialect(const std::string& name) {
+  return ORKBASE::FindRuleDialect(Wide(name));
+}
+
+std::string DialectNames() {
+  std::string names;
+  for (const ORKBASE::RuleDialect& dialect : ORKBASE::RuleDialects()) {
+    names.append(names.empty() ? "" : " ").append(ToUtf8(dialect.name));
+  }
+  return names;
+}
+
+/// The pieces of a comma list, empty ones too; never none.
+std::vector<std::string> PiecesOf(const std::string& list) {
+  std::vector<std::string> pieces;
+  std::istringstream stream(list + ",");
+  for (std::string piece; std::getline(stream, piece, ',');) pieces.push_back(piece);
+  return pieces;
 }
 
 }  // namespace
@@ -92,17 +120,16 @@ void AddLanguageOption(CLI::App& command) {
       "Language of words and messages, such as zh-CN");
 }
 
-void AddDialectOption(CLI::App& command, std::string& name, bool all) {
-  std::vector<std::string> names;
-  std::string help = "Database to write for:";
-  for (const NamedDialect& dialect : kDialects) names.emplace_back(dialect.name);
-  if (all) names.emplace_back("all");
-  for (const std::string& one : names) help += " " + one;
-  const auto check = [names](std::string& text) {
-    const bool known = std::find(names.begin(), names.end(), text) != names.end();
-    return known ? std::string() : "'" + text + "' is not the name of a dialect";
+void AddDialectOption(CLI::App& command, std::string& names, bool several) {
+  const std::string known = DialectNames() + (several ? " " + std::string(kAllDialects) : "");
+  const auto check = [several, known](const std::string& text) {
+    for (const std::string& name : PiecesOf(text)) {
+      const bool isKnown = FindDialect(name) || (several && AsksForAll(name));
+      if (!isKnown) return "'" + name + "' is not the name of a dialect, which are: " + known;
+    }
+    return several || PiecesOf(text).size() == 1 ? "" : "'" + text + "' is more than one dialect";
   };
-  command.add_option("--dialect", name, help)
+  command.add_option("--dialect", names, "Database to write for: " + known)
       ->check(CLI::Validator(check, ""))
       ->capture_default_str();
 }
@@ -116,10 +143,20 @@ std::optional<ORKBASE::MXRULE_DATATYPE> TypeOf(const std::string& text) {
   return static_cast<ORKBASE::MXRULE_DATATYPE>(*number);
 }
 
-std::vector<NamedDialect> DialectsOf(const std::string& name) {
-  std::vector<NamedDialect> dialects;
-  for (const NamedDialect& dialect : kDialects) {
-    if (name == "all" || name == dialect.name) dialects.push_back(dialect);
+std::vector<ORKBASE::RuleDialect> DialectsOf(const std::string& names) {
+  std::vector<ORKBASE::RuleDialect> dialects;
+  const auto add = [&](const ORKBASE::RuleDialect& dialect) {
+    const auto same = [&](const ORKBASE::RuleDialect& other) {
+      return other.number == dialect.number;
+    };
+    if (std::none_of(dialects.begin(), dialects.end(), same)) dialects.push_back(dialect);
+  };
+  for (const std::string& name : PiecesOf(names)) {
+    if (const ORKBASE::RuleDialect* dialect = FindDialect(name)) {
+      add(*dialect);
+    } else {
+      for (const ORKBASE::RuleDialect& each : ORKBASE::RuleDialects()) add(each);
+    }
   }
   return dialects;
 }

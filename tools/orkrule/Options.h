@@ -1,5 +1,5 @@
 // What the commands share on the command line: how an engine is set up, where rules come from, and
-// the names of types and databases.
+// the names of types and dialects.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "MxRuleEnums.h"
+#include "RuleDialects.h"
 #include "RuleType.h"
 
 namespace ORKTOOL {
@@ -43,11 +44,6 @@ struct NamedType {
   ORKBASE::MXRULE_DATATYPE type;
 };
 
-struct NamedDialect {
-  const char* name;
-  ORKBASE::ORKDB_DSType_ENUM dsType;
-};
-
 // clang-format off
 inline constexpr NamedType kTypes[] = {
     {"auto",    kEitherType},
@@ -58,14 +54,6 @@ inline constexpr NamedType kTypes[] = {
     {"any",     ORKBASE::kVarDataType},
     {"picture", ORKBASE::kPicDataType},
     {"link",    ORKBASE::kLinkDataType},
-};
-
-inline constexpr NamedDialect kDialects[] = {
-    {"default",   ORKBASE::kSqlServerDs},
-    {"oracle",    ORKBASE::kOracleDs},
-    {"dm",        ORKBASE::kDMDs},
-    {"kingbase",  ORKBASE::kKingbaseDs},
-    {"opengauss", ORKBASE::kOpenGaussDs},
 };
 // clang-format on
 
@@ -79,13 +67,13 @@ void AddRuleOptions(CLI::App& command, RuleOptions& options);
 void AddTypeOption(CLI::App& command, RuleOptions& options);
 /// Adds --language, which takes effect as soon as it is read.
 void AddLanguageOption(CLI::App& command);
-/// Adds --dialect; `all` where all of them may be asked for at once.
-void AddDialectOption(CLI::App& command, std::string& name, bool all);
+/// Adds --dialect: names in any case; with `several`, a comma list of them, or `all`.
+void AddDialectOption(CLI::App& command, std::string& names, bool several);
 
 /// The type of a name of `kTypes` or of a number; nothing for other text.
 std::optional<ORKBASE::MXRULE_DATATYPE> TypeOf(const std::string& text);
-/// The dialects that a checked name asks for.
-std::vector<NamedDialect> DialectsOf(const std::string& name);
+/// The dialects that a checked option asks for, each once, in its order.
+std::vector<ORKBASE::RuleDialect> DialectsOf(const std::string& names);
 
 /// 16-bit text of an argument. Throws `Failure` (bad usage) where it is not UTF-8.
 std::u16string Wide(const std::string& argument);

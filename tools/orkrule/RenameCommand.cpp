@@ -8,6 +8,8 @@
 #include "RuleInput.h"
 #include "Text.h"
 
+#include "MxLexicalAnalyzer.h"
+
 #include <memory>
 
 namespace ORKTOOL {
@@ -43,7 +45,8 @@ class RenameRun {
       : options_(options),
         tables_(Wide(options.tables)),
         fields_(Wide(options.fields)),
-        engine_(EngineSetup(options.engine), DialectsOf(options.dialect).front()) {
+        dialect_(DialectsOf(options.dialect).front().number),
+        engine_(EngineSetup(options.engine), dialect_) {
     CheckList(tables_, false);
     CheckList(fields_, true);
   }
@@ -57,7 +60,9 @@ class RenameRun {
 
  private:
   std::u16string Renamed(const Rule& rule) {
-    return engine_.Translating().ChangeExpWithNewDtDfNames(tables_, fields_, rule.text);
+    std::u16string renamed;
+    lexer_.ChangeExpWithNewDtDfNames(dialect_, tables_, fields_, rule.text, renamed);
+    return renamed;
   }
 
   ExitStatus CheckedAll(RuleInput& input) {
@@ -100,7 +105,9 @@ class RenameRun {
   const RenameOptions& options_;
   std::u16string tables_;
   std::u16string fields_;
+  ORKBASE::ORKDB_DSType_ENUM dialect_;
   Engine engine_;
+  ORKBASE::MxLexicalAnalyzer lexer_;
 };
 
 }  // namespace

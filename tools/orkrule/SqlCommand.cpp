@@ -1,4 +1,4 @@
-// `orkrule sql`: rules to SQL, for one dialect or for all of them under each other.
+// `orkrule sql`: rules to SQL, for one dialect or for several under each other.
 #include "Commands.h"
 #include "Engine.h"
 #include "Report.h"
@@ -7,7 +7,7 @@
 
 #include "Mx_Exception.h"
 
-#include <deque>
+#include <algorithm>
 #include <memory>
 
 namespace ORKTOOL {
@@ -25,20 +25,23 @@ struct SqlOptions {
 
 /// What one dialect made of a rule.
 struct Translation {
-  bool verified = false;
   std::optional<Refusal> refusal;
   std::u16string a;
   std::u16string b;
 };
 
+/// What became of a rule: refused for all dialects, or translated for each.
+struct Outcome {
+  std::optional<Refusal> refusal;
+  std::vector<Translation> translations;
+};
+
 class SqlRun {
  public:
-  explicit SqlRun(const SqlOptions& options) : options_(options) {
-    const EngineSetup setup(options.engine);
-    for (const NamedDialect& dialect : DialectsOf(options.dialect)) {
-      engines_.emplace_back(setup, dialect);
-    }
-  }
+  explicit SqlRun(const SqlOptions& options)
+      : options_(options),
+        dialects_(DialectsOf(options.dialect)),
+        engine_(EngineSetup(options.engine), dialects_.front().number) {}
 
   ExitStatus All() {
     RuleInput input(options_.rules);
@@ -51,33 +54,36 @@ class SqlRun {
 
  private:
   bool One(const Rule& rule) {
-    std::vector<Translation> made;
-    bool good = true;
-    for (Engine& engine : engines_) {
-      made.push_back(Translate(engine, rule));
-      good = good && !made.back().refusal;
-    }
+    const Outcome outcome = Translate(rule);
     if (options_.rules.json) {
-      PrintJson(JsonOf(rule, made));
+      PrintJson(JsonOf(rule, outcome));
     } else {
-      Show(rule, made);
+      Show(rule, outcome);
     }
-    return good;
+    const auto isRefused = [](const Translation& made) { return made.refusal.has_value(); };
+    return !outcome.refusal && std::ranges::none_of(outcome.translations, isRefused);
   }
 
-  Translation Translate(Engine& engine, const Rule& rule) const {
+  Outcome Translate(const Rule& rule) {
+    Outcome outcome;
+    const Verification verification = VerifyRule(engine_.Rules(), rule.type, rule.text);
+    if (!verification.type) {
+      outcome.refusal = RefusalOf(verification.error);
+      return outcome;
+    }
+    for (const ORKBASE::RuleDialect& dialect : dialects_) {
+      outcome.translations.push_back(TranslateFor(dialect, verification.document));
+    }
+    return outcome;
+  }
+
+  Translation TranslateFor(const ORKBASE::RuleDialect& dialect, const std::u16string& document) {
     Translation made;
     std::u16string translated;
-    const Verification verification = VerifyRule(engine.Rules(), rule.type, rule.text);
-    made.verified = verification.type.has_value();
-    if (!made.verified) {
-      made.refusal = RefusalOf(verification.error);
-      return made;
-    }
-    ORKBASE::MxExpression& rules = engine.Translating();
+    ORKBASE::MxExpression& rules = engine_.Rules();
     try {
-      if (!rules.GetSpec(verification.document, engine.Dialect().dsType, translated, made.a, made.b,
-                         options_.split)) {
+      if (!rules.TranslateFor(dialect.number, document, translated, made.a, made.b,
+                              options_.split)) {
         made.refusal = Refusal{rules.errNumber(), rules.errDescription()};
       }
     } catch (const ORKBASE::Mx_Exception& refused) {
@@ -86,21 +92,28 @@ class SqlRun {
     return made;
   }
 
-  void Show(const Rule& rule, const std::vector<Translation>& made) const {
-    if (engines_.size() == 1 || !made.front().verified) {
-      const Translation& first = made.front();
-      if (first.refusal) {
-        ReportRefusal(rule, *first.refusal);
-      } else {
-        Print(Sql(first, ""));
-      }
+  bool ForOneDialect() const noexcept { return dialects_.size() == 1; }
+
+  void Show(const Rule& rule, const Outcome& outcome) const {
+    const Refusal* const refusal = RefusalForAll(outcome);
+    if (refusal) {
+      ReportRefusal(rule, *refusal);
       return;
     }
-    for (std::size_t i = 0; i < made.size(); ++i) {
-      const std::string name = Padded(engines_[i].Dialect().name, kDialectColumn);
-      const std::optional<Refusal>& refusal = made[i].refusal;
-      Print(refusal ? name + "refused: " + ToUtf8(refusal->text) + "\n" : Sql(made[i], name));
+    for (std::size_t i = 0; i < dialects_.size(); ++i) {
+      const Translation& made = outcome.translations[i];
+      const std::string name =
+          ForOneDialect() ? "" : Padded(ToUtf8(dialects_[i].name), kDialectColumn);
+      Print(made.refusal ? name + "refused: " + ToUtf8(made.refusal->text) + "\n"
+                         : Sql(made, name));
     }
+  }
+
+  /// Of the rule, or of the only dialect.
+  const Refusal* RefusalForAll(const Outcome& outcome) const {
+    const std::optional<Refusal>& refusal =
+        outcome.refusal || !ForOneDialect() ? outcome.refusal : outcome.translations[0].refusal;
+    return refusal ? &*refusal : nullptr;
   }
 
   std::string Sql(const Translation& made, const std::string& name) const {
@@ -109,22 +122,27 @@ class SqlRun {
            std::string(name.size(), ' ') + Padded("having", kPartColumn) + ToUtf8(made.b) + "\n";
   }
 
-  Json JsonOf(const Rule& rule, const std::vector<Translation>& made) const {
+  Json JsonOf(const Rule& rule, const Outcome& outcome) const {
     Json json = {{"rule", ToUtf8(rule.text)}};
-    if (options_.dialect != "all") {
-      AddTo(json, rule, 0, made.front());
+    if (ForOneDialect()) {
+      AddTo(json, rule, 0, outcome);
       return json;
     }
     json["dialects"] = Json::array();
-    for (std::size_t i = 0; i < made.size(); ++i) {
+    for (std::size_t i = 0; i < dialects_.size(); ++i) {
       json["dialects"].push_back(Json::object());
-      AddTo(json["dialects"].back(), rule, i, made[i]);
+      AddTo(json["dialects"].back(), rule, i, outcome);
     }
     return json;
   }
 
-  void AddTo(Json& json, const Rule& rule, std::size_t engine, const Translation& made) const {
-    json["dialect"] = engines_[engine].Dialect().name;
+  void AddTo(Json& json, const Rule& rule, std::size_t dialect, const Outcome& outcome) const {
+    json["dialect"] = ToUtf8(dialects_[dialect].name);
+    if (outcome.refusal) {
+      json["error"] = RefusalJson(rule.text, *outcome.refusal);
+      return;
+    }
+    const Translation& made = outcome.translations[dialect];
     if (made.refusal) {
       json["error"] = RefusalJson(rule.text, *made.refusal);
     } else if (options_.split) {
@@ -136,7 +154,8 @@ class SqlRun {
   }
 
   const SqlOptions& options_;
-  std::deque<Engine> engines_;
+  std::vector<ORKBASE::RuleDialect> dialects_;
+  Engine engine_;
 };
 
 }  // namespace

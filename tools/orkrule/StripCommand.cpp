@@ -48,7 +48,7 @@ void Show(const StripOptions& options, const Rule& rule, const std::u16string& s
 }
 
 ExitStatus Run(const StripOptions& options) {
-  Engine engine(EngineSetup(options.engine), kDialects[0]);
+  Engine engine{EngineSetup(options.engine)};
   const std::u16string tables = Wide(options.tables);
   RuleInput input(options.rules);
   ExitStatus status = kDone;

@@ -37,7 +37,7 @@ void Show(const VerifyOptions& options, const Rule& rule, const std::u16string& 
 }
 
 ExitStatus Run(const VerifyOptions& options) {
-  Engine engine(EngineSetup(options.engine), kDialects[0]);
+  Engine engine{EngineSetup(options.engine)};
   RuleInput input(options.rules);
   ExitStatus status = kDone;
   while (const std::optional<Rule> rule = input.Next()) {

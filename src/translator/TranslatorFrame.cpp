@@ -1,6 +1,7 @@
-// The frame of a translation: the three passes and the building of nodes.
-#include "translator/MxSql92Translator.h"
+// The three passes, the kinds of rows and the building of nodes.
+#include "translator/TranslatorFrame.h"
 
+#include "Mx_Exception.h"
 #include "dictionary/MxDictionarys.h"
 #include "document/TagReader.h"
 #include "foundation/MessageNumbers.h"
@@ -12,9 +13,6 @@
 
 namespace ORKBASE {
 namespace {
-
-constexpr DialectFields kFields = {kSqlServerDs, u"N", u"isnull", u"+",
-                                   u"112|120|110|105|111|101|103|12|20|10|5|11|1|3|108|114"};
 
 constexpr std::u16string_view kAggregateNames =
     u"|sum|average|count|max|min|count1|lastDate|firstDate|STRING_AGG|";
@@ -37,24 +35,11 @@ std::int32_t SemanticTypeOf(std::int32_t symbol) noexcept {
 
 }  // namespace
 
-MxSql92Translator::MxSql92Translator() : MxSql92Translator(kFields, Map()) {}
+TranslatorFrame::TranslatorFrame(const DialectFields& fields, const ReplacementMap& map,
+                                 TagTree& doc)
+    : fields_(fields), map_(map), doc_(doc) {}
 
-MxSql92Translator::MxSql92Translator(const DialectFields& fields, const ReplacementMap& map)
-    : fields_(fields), map_(map) {}
-
-const ReplacementMap& MxSql92Translator::Map() {
-  static const ReplacementMap map = MakeMap({}, kFields, InitFunctions);
-  return map;
-}
-
-ReplacementMap MxSql92Translator::MakeMap(ReplacementMap begin, const DialectFields& fields,
-                                          void (*initFunctions)(ReplacementMap&)) {
-  InitOperators(begin, fields);
-  initFunctions(begin);
-  return begin;
-}
-
-std::int32_t MxSql92Translator::InitCaxEnums() {
+std::int32_t TranslatorFrame::InitCaxEnums() {
   caxEnums_.clear();
   if (!dictionaries) return 0;
   for (const auto& entry : dictionaries->dictionaries()) {
@@ -63,14 +48,13 @@ std::int32_t MxSql92Translator::InitCaxEnums() {
   return 0;
 }
 
-std::int32_t MxSql92Translator::Translate(std::u16string_view parsed, std::u16string& out) {
-  nextCount_ = kMostNodes;
-  if (!ReadTagTree(parsed, doc_)) {
+std::int32_t TranslatorFrame::Translate(std::u16string_view parsed, std::u16string& out) {
+  if (!ReadDocument(parsed)) {
     errorNo = -1;
     errorDesc = u"exprParsedXml" + LoadMessage(kMsgDocumentNotParsed);
     return errorNo;
   }
-  for (Tag node = doc_.Root(); node; node = node.NextInDocument(doc_.Root())) TransNode(node);
+  TransNodes();
   if (!RunHandlers() || IsTooLarge()) {
     errorNo = -1;
     errorDesc = LoadMessage(kMsgResultTooLarge);
@@ -81,17 +65,25 @@ std::int32_t MxSql92Translator::Translate(std::u16string_view parsed, std::u16st
   return 0;
 }
 
-Tag MxSql92Translator::TranslatedRoot() {
+bool TranslatorFrame::ReadDocument(std::u16string_view parsed) {
+  nextCount_ = kMostNodes;
+  return ReadTagTree(parsed, doc_);
+}
+
+void TranslatorFrame::TransNodes() {
+  for (Tag node = doc_.Root(); node; node = node.NextInDocument(doc_.Root())) TransNode(node);
+}
+
+Tag TranslatorFrame::TranslatedRoot() {
   return doc_.ReadsBack() ? doc_.Root() : Tag{};
 }
 
-/// False when the document grew beyond the limit. A node whose handler returns nothing, and one
-/// that was marked without having a handler, keeps its text and is passed over.
-bool MxSql92Translator::RunHandlers() {
+/// False when the document grew beyond the limit. A node whose row makes nothing of it, and one
+/// that was marked without having a row, keeps its text and is passed over.
+bool TranslatorFrame::RunHandlers() {
   for (Tag node = doc_.Root(); node;) {
-    const Handler handler =
-        node.GetPlain(Attr::kTransType) == kHandlerMark ? HandlerOf(node) : nullptr;
-    const Tag made = handler ? (this->*handler)(node) : Tag{};
+    const bool marked = node.GetPlain(Attr::kTransType) == kHandlerMark;
+    const Tag made = marked ? RebuildAs(node.Get(Attr::kPrimary), node) : Tag{};
     if (!made || made == node) {
       node = node.NextInDocument(doc_.Root());
       continue;
@@ -105,21 +97,16 @@ bool MxSql92Translator::RunHandlers() {
   return true;
 }
 
-Handler MxSql92Translator::HandlerOf(Tag node) const {
-  const TransEntry* entry = map_.Find(LookupKey(node.Get(Attr::kPrimary)));
-  return entry ? entry->handler : nullptr;
-}
-
 /// Counts only when enough elements were made since the last count to make a difference.
-bool MxSql92Translator::IsTooLarge() {
+bool TranslatorFrame::IsTooLarge() {
   if (doc_.MadeElements() <= nextCount_) return false;
   const std::size_t count = doc_.CountElements();
   nextCount_ = doc_.MadeElements() + (kMostNodes - std::min(count, kMostNodes));
   return count > kMostNodes;
 }
 
-/// Goes by the rule's own word and heeds its case, whatever the word prints as.
-void MxSql92Translator::MarkGroupBy() {
+/// Goes by the rule's own word, whatever that prints as. kept: heeds its case.
+void TranslatorFrame::MarkGroupBy() {
   std::u16string name;
   for (Tag node = doc_.Root(); node; node = node.NextInDocument(doc_.Root())) {
     if (!EqualsNumber(node.GetPlain(Attr::kSymbol), kFunctionSymbol)) continue;
@@ -128,15 +115,46 @@ void MxSql92Translator::MarkGroupBy() {
   }
 }
 
-// --- building nodes ------------------------------------------------------------------------------
+// --- rows ----------------------------------------------------------------------------------------
 
-void MxSql92Translator::SetSymbol(Tag node, std::int32_t symbol) {
+Tag TranslatorFrame::Rebuild(const Replacement& what, Tag node) {
+  if (const Refusal* refusal = std::get_if<Refusal>(&what)) Refuse(*refusal);
+  if (!node.FirstChild()) return {};
+  return std::visit([&](const auto& row) { return RebuildBy(row, node); }, what);
+}
+
+/// By the row of a word, that of the node or another.
+Tag TranslatorFrame::RebuildAs(std::u16string_view word, Tag node) {
+  const TransEntry* entry = map_.Find(LookupKey(word));
+  return entry ? Rebuild(entry->what, node) : Tag{};
+}
+
+// clang-format off
+Tag TranslatorFrame::RebuildBy(std::u16string_view /*text*/, Tag /*node*/) { return {}; }
+Tag TranslatorFrame::RebuildBy(OwnWord /*row*/, Tag /*node*/)              { return {}; }
+Tag TranslatorFrame::RebuildBy(Handler handler, Tag node)                  { return handler(*this, node); }
+Tag TranslatorFrame::RebuildBy(const DatePart& row, Tag node)              { return TransDatePart(node, row.part); }
+Tag TranslatorFrame::RebuildBy(const FisDatePart& row, Tag node)           { return TransFisDatePart(node, row.part); }
+Tag TranslatorFrame::RebuildBy(const PeriodBound& row, Tag node)           { return TransPeriodBound(node, row.start, row.part, row.fiscal); }
+Tag TranslatorFrame::RebuildBy(const Refusal& row, Tag /*node*/)           { Refuse(row); }
+// clang-format on
+
+void TranslatorFrame::Refuse(const Refusal& refusal) {
+  throw Mx_Exception(LoadMessage(refusal.message), std::u16string(refusal.module),
+                     std::u16string(refusal.function), refusal.location);
+}
+
+// --- building nodes ------------------------------------------------------------------------------
+// kept: texts such as " as " and " union " hold blanks of their own, and composing adds one more at
+// each side.
+
+void TranslatorFrame::SetSymbol(Tag node, std::int32_t symbol) {
   node.Set(Attr::kSymbol, symbol);
   node.Set(Attr::kSemanticType, SemanticTypeOf(symbol));
 }
 
-Tag MxSql92Translator::MakeNode(std::int32_t symbol, std::int32_t dataType,
-                                std::u16string_view text) {
+Tag TranslatorFrame::MakeNode(std::int32_t symbol, std::int32_t dataType,
+                              std::u16string_view text) {
   Tag node = doc_.NewTag();
   SetSymbol(node, symbol);
   node.Set(Attr::kDataType, dataType);
@@ -144,7 +162,7 @@ Tag MxSql92Translator::MakeNode(std::int32_t symbol, std::int32_t dataType,
   return node;
 }
 
-Tag MxSql92Translator::MakeInfix(std::u16string_view text, bool inBrackets) {
+Tag TranslatorFrame::MakeInfix(std::u16string_view text, bool inBrackets) {
   Tag node = doc_.NewTag();
   SetSymbol(node, kOpComposeSymbol);
   node.Set(Attr::kInBrackets, inBrackets ? 1 : 0);
@@ -152,7 +170,7 @@ Tag MxSql92Translator::MakeInfix(std::u16string_view text, bool inBrackets) {
   return node;
 }
 
-Tag MxSql92Translator::MakeWithHead(Tag node) {
+Tag TranslatorFrame::MakeWithHead(Tag node) {
   Tag made = doc_.NewTag();
   for (const Attr attr : {Attr::kSymbol, Attr::kSemanticType, Attr::kDataType, Attr::kInBrackets}) {
     if (node.Has(attr)) made.Set(attr, node.Get(attr));
@@ -160,20 +178,20 @@ Tag MxSql92Translator::MakeWithHead(Tag node) {
   return made;
 }
 
-Tag MxSql92Translator::MakeWithHead(Tag node, std::u16string_view text) {
+Tag TranslatorFrame::MakeWithHead(Tag node, std::u16string_view text) {
   Tag made = MakeWithHead(node);
   made.Set(Attr::kText, text);
   return made;
 }
 
-Tag MxSql92Translator::MakeCall(std::int32_t dataType, std::u16string_view name,
-                                std::initializer_list<Tag> children) {
+Tag TranslatorFrame::MakeCall(std::int32_t dataType, std::u16string_view name,
+                              std::initializer_list<Tag> children) {
   Tag node = MakeNode(kFunctionSymbol, dataType, name);
   for (const Tag child : children) node.AddChild(child);
   return node;
 }
 
-Tag MxSql92Translator::MakeOperator(std::u16string_view word, std::int32_t symbol) {
+Tag TranslatorFrame::MakeOperator(std::u16string_view word, std::int32_t symbol) {
   Tag node = doc_.NewTag();
   node.Set(Attr::kPrimary, word);
   node.Set(Attr::kContent, word);
@@ -184,7 +202,7 @@ Tag MxSql92Translator::MakeOperator(std::u16string_view word, std::int32_t symbo
   return node;
 }
 
-Tag MxSql92Translator::TimesNode(Tag a, Tag b) {
+Tag TranslatorFrame::TimesNode(Tag a, Tag b) {
   Tag node = MakeOperator(u"*", kOpMultiSymbol);
   node.AddChild(a);
   node.AddChild(b);
