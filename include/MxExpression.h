@@ -37,8 +37,8 @@ namespace ORKBASE {
 ///
 /// Exceptions. Every operation may throw `std::bad_alloc`, and those that load what a caller's own
 /// kind of database throws. Beyond that `GetSpec` and `TranslateFor` throw `Mx_Exception` and
-/// `std::out_of_range`, and `SetCAXDD` a `const char16_t*`, each as told there; nothing else throws. The object stays
-/// valid.
+/// `std::out_of_range`, and `SetCAXDD` a `const char16_t*`, each as told there; nothing else
+/// throws. The object stays valid.
 class ORKRULE_EXPORT MxExpression : protected MxErrorState {
  public:
   MxExpression();
