@@ -28,9 +28,15 @@
 
 namespace ORKBASE {
 
-/// One rule engine with its dictionaries and its connection. One object serves one thread at a
-/// time; separate objects are independent. A copy shares the loaded dictionaries and the connection
-/// with its source, and has modes and errors of its own.
+/// One rule engine with its dictionaries and its connection. A copy shares the loaded dictionaries
+/// and the connection with its source, and has modes and errors of its own.
+/// What it loads itself is its own; names that it changes and tables that it reads anew are changed
+/// for its source, and for all copies, from their next call on.
+///
+/// One object serves one thread at a time. Separate objects are independent, copies too: each may
+/// be used, copied and destroyed in a thread of its own while the others work. So to serve several
+/// threads, prepare one engine and give each thread a copy. Copies that load at the same time wait
+/// for each other, since the connection serves one query at a time; those that load nothing do not.
 ///
 /// Operations that can fail reset the error first and leave number and text behind; `Compose`,
 /// `AddIsNull`, `Connect` and the accessors leave it alone.
@@ -82,6 +88,13 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   /// is unknown; it lives as long as the library. The fields before it are then loaded.
   bool SetCAXDD(std::int32_t type, const std::u16string& document);
 
+  /// Reads every data table and report template that this object has loaded anew, under the names
+  /// of today (those of `ReplaceDtOrDfNames`), for a program that runs long and is to see a changed
+  /// table. Copies see the new words too. Tables that were never loaded, the vocabulary and CAD
+  /// documents are not read. True when all were read; otherwise the error is that of the load that
+  /// failed, and all words are as they were.
+  bool Refresh();
+
   /// Verifies a rule against an expected type and stores its document. False leaves `document` as
   /// it is. Types 2 and 8 accept a value of any type.
   bool Verify(MXRULE_DATATYPE type, const std::u16string& expression, std::u16string& document);
@@ -115,11 +128,13 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   /// True when a token `table.field` of the text names one of the tables, in any case. The text
   /// need not be a valid rule.
   bool IsDtsInExp(const std::u16string& tables, const std::u16string& expression);
-  /// Renames tables (`old:new,...`) and fields (`table.old:new,...`) in the loaded dictionaries.
-  /// Always 0.
+  /// Renames tables (`old:new,...`) and then fields (`table.old:new,...`) in the loaded
+  /// dictionaries, as a whole or not at all. 0, or -1 with the error where a word would become
+  /// longer than 1,000,000 units.
   std::int32_t ReplaceDtOrDfNames(const std::u16string& tableRenames,
                                   const std::u16string& fieldRenames);
-  /// The rule text with the new names.
+  /// The rule text with the new names. Where these would make it longer than 1,000,000 units (and
+  /// longer than it was), the text as it was, with error number -1.
   std::u16string ChangeExpWithNewDtDfNames(const std::u16string& tableRenames,
                                            const std::u16string& fieldRenames,
                                            const std::u16string& expression);

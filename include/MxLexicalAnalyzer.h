@@ -53,7 +53,9 @@ class ORKRULE_EXPORT MxLexicalAnalyzer : public MxErrorState {
   /// Renames tables (`old:new,old:new`) and fields (`table.old:new`, naming the table by its new
   /// name) in `expression`, token by token, and leaves the rest as it was written. Needs no
   /// dictionary. A database type other than 0 makes `"name"` the quoted form instead of `[name]`,
-  /// also for later calls.
+  /// also for later calls. New names that make the text longer than 1,000,000 units (and longer
+  /// than it was) change nothing: `out` is `expression`, with number -1 and a text. The error is
+  /// not reset.
   void ChangeExpWithNewDtDfNames(ORKDB_DSType_ENUM dsType, const std::u16string& tableRenames,
                                  const std::u16string& fieldRenames,
                                  const std::u16string& expression, std::u16string& out);

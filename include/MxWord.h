@@ -24,8 +24,7 @@ struct MxFieldRecord {
   bool created = false;        ///< the physical table exists
 };
 
-/// One word, a plain record that owns its texts. The field record stands behind the word's own
-/// members, so `word.rttId` reads it and `word.fieldRecord()` takes it as a whole.
+/// One word, a plain record that owns its texts.
 struct MxWord : MxFieldRecord {
   std::u16string primary;         ///< canonical text, with the postfix that the token carried
   std::u16string outDesc;         ///< display form: what a user sees and writes
@@ -33,9 +32,6 @@ struct MxWord : MxFieldRecord {
   std::int32_t dataType = 0;      ///< `MXRULE_DATATYPE`
   std::int32_t postfixCheck = 0;  ///< 0 none, 1 a data type "[S]", "[N]", "[D]", 2 a data table
   std::u16string content;         ///< the token as written; error texts quote it
-
-  MxFieldRecord& fieldRecord() { return *this; }
-  const MxFieldRecord& fieldRecord() const { return *this; }
 };
 
 }  // namespace ORKBASE

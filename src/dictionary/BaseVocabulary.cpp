@@ -58,12 +58,13 @@ void AddItem(MxXmlDoc& doc, MxXmlNode parent, const MxWord& word) {
 }
 
 std::shared_ptr<const BaseVocabulary> MakeBaseVocabulary(Language language) {
+  auto words = std::make_shared<MxDictionary>();
+  words->name = kBaseKey;
+  FillOperators(*words, language);
+  FillFunctions(*words, language);
+  FillOthers(*words, language);
   auto vocabulary = std::make_shared<BaseVocabulary>();
-  vocabulary->words = std::make_shared<MxDictionary>();
-  vocabulary->words->name = u"base";
-  FillOperators(*vocabulary->words, language);
-  FillFunctions(*vocabulary->words, language);
-  FillOthers(*vocabulary->words, language);
+  vocabulary->words = std::move(words);
   BuildDictDocs(*vocabulary);
   return vocabulary;
 }

@@ -3,15 +3,19 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "dictionary/MxDictionary.h"
 #include "platform/ThreadLanguage.h"
 
 namespace ORKBASE {
 
+/// Its key in every dictionary set, and its name.
+inline constexpr std::u16string_view kBaseKey = u"base";
+
 /// The vocabulary in one language: the same words in every language, display forms of that one.
 struct BaseVocabulary {
-  std::shared_ptr<MxDictionary> words;
+  std::shared_ptr<const MxDictionary> words;
   std::u16string operatorsDoc;
   std::u16string funcsDoc;
   std::u16string sysVarDoc;

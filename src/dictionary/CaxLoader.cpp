@@ -143,7 +143,7 @@ std::int32_t MxDictionarys::LoadCax(std::int32_t type, const std::u16string& doc
     error.text = doc.errDescription;
     return Fail(std::move(error));
   }
-  const auto dictionary = std::make_shared<MxDictionary>(true, type, document);
+  const auto dictionary = std::make_shared<MxDictionary>(true);
   Enter(u"cax:" + Decimal(type), dictionary);
   const std::u16string_view program = CaxProgramName(type);
   // The SQL texts first: a field of unknown type ends the reading below by an exception.

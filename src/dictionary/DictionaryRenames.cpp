@@ -6,64 +6,103 @@
 #include <vector>
 
 #include "dictionary/MxDictionarys.h"
-#include "foundation/RenameList.h"
+#include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
+#include "platform/ErrorTexts.h"
 
 namespace ORKBASE {
 namespace {
 
 /// A dictionary takes part when its name says what it was loaded from; the name of a table that
 /// holds "rt:" makes its dictionary count as a template.
-struct Renamed {
+struct Kind {
   bool takesPart;
   bool isTemplate;
 };
 
-Renamed KindOf(const MxDictionary& dictionary) {
-  const bool isTemplate = dictionary.name.find(u"rt:") != std::u16string::npos;
-  return {isTemplate || dictionary.name.find(u"dt:") != std::u16string::npos, isTemplate};
+Kind KindOf(const MxDictionary& dictionary) {
+  const bool isTemplate = dictionary.name.find(kTemplateMark) != std::u16string::npos;
+  return {isTemplate || dictionary.name.find(kDataTableMark) != std::u16string::npos, isTemplate};
 }
 
-/// Changes the words that `change` takes (it returns false for the others). The changed ones enter
-/// after all were looked at, in key order; the first of a key stays.
-template <class Change>
-bool ChangeWords(MxDictionary& dictionary, Change change) {
-  std::vector<std::pair<MxWord, MxWord>> taken;
-  for (const MxWord* word : dictionary.SortedWords()) {
-    MxWord changed = *word;
-    if (change(changed)) taken.emplace_back(*word, std::move(changed));
+enum class Outcome { kUnchanged, kChanged, kTooLong };
+
+/// One dictionary on the way to its new names. The old one stays as it is.
+class DictionaryRenamer {
+ public:
+  explicit DictionaryRenamer(DictionaryMap::Content old) : old_(std::move(old)) {}
+
+  /// Changes the words that `change` takes. The changed ones enter after all were looked at, in key
+  /// order; the first of a key stays.
+  template <class ChangeWord>
+  Outcome ChangeWords(ChangeWord change) {
+    std::vector<std::pair<MxWord, MxWord>> taken;
+    for (const MxWord* word : Now().SortedWords()) {
+      MxWord changed = *word;
+      const Outcome outcome = change(changed);
+      if (outcome == Outcome::kTooLong) return outcome;
+      if (outcome == Outcome::kChanged) taken.emplace_back(*word, std::move(changed));
+    }
+    for (const auto& [old, changed] : taken) {
+      New().RemoveEntry(old);
+      New().AddEntry(changed);
+    }
+    return taken.empty() ? Outcome::kUnchanged : Outcome::kChanged;
   }
-  for (const auto& [old, changed] : taken) {
-    dictionary.RemoveEntry(old);
-    dictionary.AddEntry(changed);
+
+  MxDictionary& New() {
+    if (!new_) new_ = std::make_shared<MxDictionary>(*old_);
+    return *new_;
   }
-  return !taken.empty();
+  DictionaryMap::Content Result() const { return new_ ? new_ : old_; }
+
+ private:
+  const MxDictionary& Now() const { return new_ ? *new_ : *old_; }
+
+  DictionaryMap::Content old_;
+  std::shared_ptr<MxDictionary> new_;  ///< made when the first word changes
+};
+
+bool ReplaceHead(std::u16string& text, std::size_t length, std::u16string_view head) {
+  return ReplacePart(text, 0, std::min(length, text.size()), head, MostRenamed(text.size()));
 }
 
-void ReplaceHead(std::u16string& text, std::size_t length, std::u16string_view head) {
-  text.replace(0, length, head);
+bool ReplaceTail(std::u16string& text, std::size_t length, std::u16string_view tail) {
+  const std::size_t kept = text.size() - std::min(length, text.size());
+  return ReplacePart(text, kept, text.size() - kept, tail, MostRenamed(text.size()));
 }
 
-void ReplaceTail(std::u16string& text, std::size_t length, std::u16string_view tail) {
-  text.resize(text.size() - std::min(length, text.size()));
-  text += tail;
+bool ReplaceWhole(std::u16string& text, std::u16string_view by) {
+  return ReplaceHead(text, text.size(), by);
 }
 
-bool RenameTable(MxWord& word, bool isTemplate, std::u16string_view from, std::u16string_view to) {
-  const std::u16string dot = isTemplate ? u"." : u"";
-  const std::u16string oldPrefix = dot + std::u16string(from) + u".";
-  const std::u16string newPrefix = dot + std::u16string(to) + u".";
+bool ReplaceEach(std::u16string& text, std::u16string_view from, std::u16string_view to) {
+  return ReplaceAllWithin(text, from, to, MostRenamed(text.size()));
+}
+
+std::u16string Joined(std::u16string_view a, std::u16string_view b, std::u16string_view c) {
+  return std::u16string(a).append(b).append(c);
+}
+
+Outcome RenameTable(MxWord& word, bool isTemplate, const RenamePair& pair) {
+  const std::u16string_view dot = isTemplate ? u"." : u"";
+  const std::u16string oldPrefix = Joined(dot, pair.from, u".");
+  const std::u16string newPrefix = Joined(dot, pair.to, u".");
   if (isTemplate) {
-    if (word.primary.find(oldPrefix) == std::u16string::npos) return false;
-    word.primary = ReplaceAll(word.primary, oldPrefix, newPrefix);
-    word.outDesc = ReplaceAll(word.outDesc, oldPrefix, newPrefix);
+    if (word.primary.find(oldPrefix) == std::u16string::npos) return Outcome::kUnchanged;
+    if (!ReplaceEach(word.primary, oldPrefix, newPrefix) ||
+        !ReplaceEach(word.outDesc, oldPrefix, newPrefix)) {
+      return Outcome::kTooLong;
+    }
   } else {
-    if (!word.primary.starts_with(oldPrefix)) return false;
-    ReplaceHead(word.primary, oldPrefix.size(), newPrefix);
-    ReplaceHead(word.outDesc, oldPrefix.size(), newPrefix);
+    if (!word.primary.starts_with(oldPrefix)) return Outcome::kUnchanged;
+    if (!ReplaceHead(word.primary, oldPrefix.size(), newPrefix) ||
+        !ReplaceHead(word.outDesc, oldPrefix.size(), newPrefix)) {
+      return Outcome::kTooLong;
+    }
   }
-  word.dtName = word.tabRealName = word.tabRefName = to;
-  return true;
+  word.dtName = word.tabRealName = word.tabRefName = pair.to;
+  return Outcome::kChanged;
 }
 
 struct FieldNames {
@@ -76,69 +115,98 @@ FieldNames NamesOf(const RenamePair& pair, bool isTemplate) {
   const auto pieces = SplitText(pair.from, u".");
   const std::u16string_view table = pieces.empty() ? u"" : pieces[0];
   const std::u16string_view field = pieces.size() > 1 ? pieces[1] : u"";
-  const std::u16string head = (isTemplate ? u"." : u"") + std::u16string(table) + u".";
-  return {std::u16string(head).append(field), std::u16string(head).append(pair.to)};
+  const std::u16string head = Joined(isTemplate ? u"." : u"", table, u".");
+  return {head + std::u16string(field), head + std::u16string(pair.to)};
 }
 
-bool RenameField(MxWord& word, bool isTemplate, const FieldNames& names) {
+Outcome RenameField(MxWord& word, bool isTemplate, const FieldNames& names) {
+  bool fits = false;
   if (isTemplate) {
     const std::size_t at = word.primary.find(names.oldName);
     if (at == std::u16string::npos || at + names.oldName.size() != word.primary.size()) {
-      return false;
+      return Outcome::kUnchanged;
     }
-    ReplaceTail(word.primary, names.oldName.size(), names.newName);
-    ReplaceTail(word.outDesc, names.oldName.size(), names.newName);
+    fits = ReplaceTail(word.primary, names.oldName.size(), names.newName) &&
+           ReplaceTail(word.outDesc, names.oldName.size(), names.newName);
   } else {
-    if (!EqualsIgnoringCase(word.primary, names.oldName)) return false;
-    word.primary = word.outDesc = names.newName;
+    if (!EqualsIgnoringCase(word.primary, names.oldName)) return Outcome::kUnchanged;
+    fits = ReplaceWhole(word.primary, names.newName) && ReplaceWhole(word.outDesc, names.newName);
+  }
+  return fits ? Outcome::kChanged : Outcome::kTooLong;
+}
+
+using NewKeys = std::map<std::u16string, std::u16string>;  // by old key
+
+/// Renames tables in the words, and notes the keys of the tables that had any. False where a word
+/// becomes too long.
+bool RenameTables(DictionaryMap::Entries& entries, const std::vector<RenamePair>& pairs,
+                  NewKeys& newKeys) {
+  for (auto& [key, entry] : entries) {
+    const Kind kind = KindOf(*entry.content);
+    if (!kind.takesPart) continue;
+    DictionaryRenamer renamer(entry.content);
+    for (const RenamePair& pair : pairs) {
+      const Outcome outcome = renamer.ChangeWords(
+          [&](MxWord& word) { return RenameTable(word, kind.isTemplate, pair); });
+      if (outcome == Outcome::kTooLong) return false;
+      if (outcome == Outcome::kUnchanged || kind.isTemplate) continue;
+      renamer.New().name = newKeys[key] = std::u16string(kDataTableMark).append(pair.to);
+    }
+    entry.content = renamer.Result();
   }
   return true;
 }
 
-}  // namespace
-
-std::int32_t MxDictionarys::ReplaceDtNames(std::u16string_view list) {
-  std::map<std::u16string, std::u16string> newKeys;  // by old key
-  for (const RenamePair& pair : ReadRenames(list)) {
-    for (const auto& [key, dictionary] : dictionaries_) {
-      const Renamed kind = KindOf(*dictionary);
-      if (!kind.takesPart) continue;
-      const bool changed = ChangeWords(*dictionary, [&](MxWord& word) {
-        return RenameTable(word, kind.isTemplate, pair.from, pair.to);
-      });
-      if (changed && !kind.isTemplate) newKeys[key] = std::u16string(u"dt:").append(pair.to);
-    }
-  }
-  // All out first, so that tables which swap their names do not lose each other.
-  std::vector<std::shared_ptr<MxDictionary>> moved;
+/// All out first, so that tables which swap their names do not lose each other.
+void MoveKeys(DictionaryMap::Change& change, const NewKeys& newKeys) {
+  std::vector<DictionaryMap::Entries::node_type> moved;
   for (const auto& [oldKey, newKey] : newKeys) {
-    moved.push_back(dictionaries_.find(oldKey)->second);
-    moved.back()->name = newKey;
-    Remove(oldKey);
+    moved.push_back(change.entries.extract(oldKey));
+    moved.back().key() = newKey;
   }
-  for (auto& dictionary : moved) {
-    std::u16string key = dictionary->name;
-    Enter(std::move(key), std::move(dictionary));
+  for (auto& node : moved) {
+    const auto result = change.entries.insert(std::move(node));
+    if (result.inserted) continue;
+    change.displaced.push_back(result.position->second);
+    result.position->second = result.node.mapped();
   }
-  return 0;
 }
 
-std::int32_t MxDictionarys::ReplaceDfNames(std::u16string_view list) {
-  for (const RenamePair& pair : ReadRenames(list)) {
-    for (const auto& entry : dictionaries_) {
-      MxDictionary& dictionary = *entry.second;
-      const Renamed kind = KindOf(dictionary);
-      if (!kind.takesPart) continue;
+}  // namespace
+
+bool MxDictionarys::RenameFields(DictionaryMap::Change& change, std::u16string_view list) const {
+  const std::vector<RenamePair> pairs = ReadRenames(list);
+  for (auto& [key, entry] : change.entries) {
+    const Kind kind = KindOf(*entry.content);
+    if (!kind.takesPart) continue;
+    DictionaryRenamer renamer(entry.content);
+    for (const RenamePair& pair : pairs) {
       const FieldNames names = NamesOf(pair, kind.isTemplate);
-      ChangeWords(dictionary, [&](MxWord& word) {
-        if (!RenameField(word, kind.isTemplate, names)) return false;
+      const Outcome outcome = renamer.ChangeWords([&](MxWord& word) {
+        const Outcome renamed = RenameField(word, kind.isTemplate, names);
+        if (renamed != Outcome::kChanged) return renamed;
         word.fldName = pair.to;
         word.fldRealName = QuoteName(pair.to);
-        return true;
+        return renamed;
       });
+      if (outcome == Outcome::kTooLong) return false;
     }
+    entry.content = renamer.Result();
   }
-  return 0;
+  return true;
+}
+
+std::int32_t MxDictionarys::ReplaceNames(std::u16string_view tables, std::u16string_view fields) {
+  for (;;) {
+    dictionaries_.Renew();
+    DictionaryMap::Change change = dictionaries_.BeginChange();
+    NewKeys newKeys;
+    if (!RenameTables(change.entries, ReadRenames(tables), newKeys))
+      return Fail(MakeError(kRequestCause, kMsgRenamedTooLong));
+    MoveKeys(change, newKeys);
+    if (!RenameFields(change, fields)) return Fail(MakeError(kRequestCause, kMsgRenamedTooLong));
+    if (dictionaries_.Commit(change)) return 0;
+  }
 }
 
 }  // namespace ORKBASE

@@ -1,4 +1,5 @@
 // Reading report templates and data tables from the metadata views.
+#include <mutex>
 #include <utility>
 
 #include "dictionary/MxDictionarys.h"
@@ -72,34 +73,8 @@ void AddName(std::u16string& list, const std::u16string& name) {
   list += name;
 }
 
-}  // namespace
-
-void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
-                            const ORKDB::MxProxyInfo& proxyInfo, const std::u16string& dbArgA,
-                            const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType, bool flagA,
-                            bool flagB, const std::u16string& dbArgC, std::int32_t loadSeconds) {
-  if (dsType != kSqlServerDs) quoteOpen_ = quoteClose_ = u"\"";
-  const ORKDB::MxSvrInfo serverInfo(server, port, dbArgA, u"");
-  accessor_ = ORKDB::CDBAccessorCreator::instance()->CreateAccessor(
-      {serverInfo, u"", proxyInfo, dbArgB, dsType, flagA, flagB, dbArgC, u"", loadSeconds});
-}
-
-void MxDictionarys::BeginCall() {
-  if (accessor_) accessor_->BeginLoad();
-}
-
-std::int32_t MxDictionarys::FailedQuery() {
-  if (!accessor_) return Fail(MakeError(kRequestCause, kMsgNoConnection));
-  MxErrorRecord error;
-  error.cause = kDatabaseCause;
-  error.number = accessor_->errNumber != 0 ? accessor_->errNumber : kOwnError;
-  error.text = accessor_->ErrDescription();
-  return Fail(std::move(error));
-}
-
-std::u16string MxDictionarys::ReadTemplateRows(ORKDB::CDBRecordSet& rows, MxDictionary& dictionary,
-                                               Language language) {
-  const std::u16string prefix = LoadMessage(kMsgThisReport, language);
+std::u16string ReadTemplateRows(ORKDB::CDBRecordSet& rows, MxDictionary& dictionary) {
+  const std::u16string prefix = LoadMessage(kMsgThisReport, dictionary.language);
   std::u16string tables;
   for (; !rows.EndOfRows(); rows.NextRow()) {
     const MxWord word = ReadFormField(rows, prefix);
@@ -109,18 +84,95 @@ std::u16string MxDictionarys::ReadTemplateRows(ORKDB::CDBRecordSet& rows, MxDict
   return tables;
 }
 
-std::int32_t MxDictionarys::LoadReportTemplate(const std::u16string& id, Language language) {
-  std::u16string key = u"rt:" + id;
-  Remove(key);
-  const auto rows =
-      accessor_ ? accessor_->QueryByStatement(kTemplateStatement, OneParam(u"rtId", id)) : nullptr;
-  if (!rows || accessor_->errNumber != 0) return FailedQuery();
-  if (rows->EndOfRows()) return Fail(MakeError(kRequestCause, kMsgNoReportTemplate, {id}));
+std::u16string KeyOf(std::u16string_view mark, std::u16string_view name) {
+  return std::u16string(mark).append(name);
+}
 
-  const auto dictionary = std::make_shared<MxDictionary>();
-  dictionary->name = key;
-  Enter(std::move(key), dictionary);
-  const std::u16string tables = ReadTemplateRows(*rows, *dictionary, language);
+/// The error of a query that failed.
+MxErrorRecord ErrorOf(const ORKDB::CDBAccessor& accessor) {
+  MxErrorRecord error;
+  error.cause = kDatabaseCause;
+  error.number = accessor.errNumber != 0 ? accessor.errNumber : kOwnError;
+  error.text = accessor.ErrDescription();
+  return error;
+}
+
+}  // namespace
+
+/// The accessor that copies share. It serves one query at a time; its rows are then the asker's
+/// own.
+struct MxDictionarys::Connection {
+  std::mutex mutex;
+  std::unique_ptr<ORKDB::CDBAccessor> accessor;
+};
+
+void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
+                            const ORKDB::MxProxyInfo& proxyInfo, const std::u16string& dbArgA,
+                            const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType, bool flagA,
+                            bool flagB, const std::u16string& dbArgC, std::int32_t loadSeconds) {
+  quotes_.Follow(dsType);
+  const ORKDB::MxSvrInfo serverInfo(server, port, dbArgA, u"");
+  auto connection = std::make_shared<Connection>();
+  connection->accessor = ORKDB::CDBAccessorCreator::instance()->CreateAccessor(
+      {serverInfo, u"", proxyInfo, dbArgB, dsType, flagA, flagB, dbArgC, u"", loadSeconds});
+  connection_ = std::move(connection);
+}
+
+template <class Ask>
+std::unique_ptr<ORKDB::CDBRecordSet> MxDictionarys::Query(Ask ask) {
+  if (!connection_ || !connection_->accessor) {
+    Fail(MakeError(kRequestCause, kMsgNoConnection));
+    return nullptr;
+  }
+  const std::lock_guard lock(connection_->mutex);
+  ORKDB::CDBAccessor& accessor = *connection_->accessor;
+  if (!loadBegun_) accessor.BeginLoad();
+  loadBegun_ = true;
+  std::unique_ptr<ORKDB::CDBRecordSet> rows = ask(accessor);
+  if (rows && accessor.errNumber == 0) return rows;
+  Fail(ErrorOf(accessor));
+  return nullptr;
+}
+
+MxDictionarys::Dictionary MxDictionarys::ReadReportTemplate(std::u16string_view id,
+                                                            Language language,
+                                                            std::u16string& tables) {
+  const auto rows = Query([id](ORKDB::CDBAccessor& accessor) {
+    return accessor.QueryByStatement(kTemplateStatement, OneParam(u"rtId", id));
+  });
+  if (!rows) return nullptr;
+  if (rows->EndOfRows()) {
+    Fail(MakeError(kRequestCause, kMsgNoReportTemplate, {id}));
+    return nullptr;
+  }
+  auto dictionary = std::make_shared<MxDictionary>();
+  dictionary->name = KeyOf(kTemplateMark, id);
+  dictionary->language = language;
+  tables = ReadTemplateRows(*rows, *dictionary);
+  return dictionary;
+}
+
+MxDictionarys::Dictionary MxDictionarys::ReadDataTable(std::u16string_view name) {
+  const auto rows = Query([name](ORKDB::CDBAccessor& accessor) {
+    return accessor.SelectByTable(kDataFieldView, kDataFieldColumns, OneParam(u"dtName", name));
+  });
+  if (!rows) return nullptr;
+  if (rows->EndOfRows()) {
+    Fail(MakeError(kRequestCause, kMsgNoDataTable, {name}));
+    return nullptr;
+  }
+  auto dictionary = std::make_shared<MxDictionary>();
+  dictionary->name = KeyOf(kDataTableMark, name);
+  for (; !rows->EndOfRows(); rows->NextRow()) dictionary->AddEntry(ReadDataField(*rows));
+  return dictionary;
+}
+
+std::int32_t MxDictionarys::LoadReportTemplate(const std::u16string& id, Language language) {
+  Remove(KeyOf(kTemplateMark, id));
+  std::u16string tables;
+  const Dictionary dictionary = ReadReportTemplate(id, language, tables);
+  if (!dictionary) return ErrNumber();
+  Enter(dictionary->name, dictionary);
   // An error of a data table stays in this object: the lexer meets the missing table later.
   if (!tables.empty()) LoadDataTables(tables);
   return 0;
@@ -134,19 +186,35 @@ std::int32_t MxDictionarys::LoadDataTables(std::u16string_view list) {
 }
 
 std::int32_t MxDictionarys::LoadDataTable(std::u16string_view name) {
-  std::u16string key = std::u16string(u"dt:").append(name);
-  if (Find(key)) return 0;
-  const auto rows = accessor_ ? accessor_->SelectByTable(kDataFieldView, kDataFieldColumns,
-                                                         OneParam(u"dtName", name))
-                              : nullptr;
-  if (!rows || accessor_->errNumber != 0) return FailedQuery();
-  if (rows->EndOfRows()) return Fail(MakeError(kRequestCause, kMsgNoDataTable, {name}));
-
-  auto dictionary = std::make_shared<MxDictionary>();
-  dictionary->name = key;
-  for (; !rows->EndOfRows(); rows->NextRow()) dictionary->AddEntry(ReadDataField(*rows));
-  Enter(std::move(key), std::move(dictionary));
+  if (Find(KeyOf(kDataTableMark, name))) return 0;
+  const Dictionary dictionary = ReadDataTable(name);
+  if (!dictionary) return ErrNumber();
+  Enter(dictionary->name, dictionary);
   return 0;
+}
+
+bool MxDictionarys::ReadAnew(DictionaryMap::Entries& entries) {
+  std::u16string tables;
+  for (auto& [key, entry] : entries) {
+    const std::u16string_view name = entry->name;
+    if (name.starts_with(kTemplateMark)) {
+      entry.content =
+          ReadReportTemplate(name.substr(kTemplateMark.size()), entry->language, tables);
+    } else if (name.starts_with(kDataTableMark)) {
+      entry.content = ReadDataTable(name.substr(kDataTableMark.size()));
+    }
+    if (!entry.content) return false;
+  }
+  return true;
+}
+
+std::int32_t MxDictionarys::Refresh() {
+  for (;;) {
+    dictionaries_.Renew();
+    DictionaryMap::Change change = dictionaries_.BeginChange();
+    if (!ReadAnew(change.entries)) return ErrNumber();
+    if (dictionaries_.Commit(change)) return 0;
+  }
 }
 
 }  // namespace ORKBASE

@@ -8,9 +8,6 @@
 
 namespace ORKBASE {
 
-MxDictionary::MxDictionary(bool isCax, std::int32_t caxType, std::u16string source)
-    : isCax_(isCax), caxType_(caxType), source_(std::move(source)) {}
-
 void MxDictionary::AddEntry(const MxWord& word) {
   std::u16string key = ToLower(word.primary);
   byDesc_.try_emplace(ToLower(word.outDesc), key);

@@ -1,21 +1,21 @@
 // One dictionary: words by their canonical spelling and by their display form.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "MxWord.h"
 #include "foundation/KeyMap.h"
+#include "platform/ThreadLanguage.h"
 
 namespace ORKBASE {
 
-/// Words of one source. Owned by dictionary sets, shared between an `MxExpression` and its copies;
-/// the base vocabulary is shared by all. Looking up changes nothing. Words that were found stay at
-/// their address until they are removed or the dictionary goes.
+/// Words of one source. Once it is in a dictionary set it never changes: the set, its copies and,
+/// for the base vocabulary, all threads read it at once. Words that were found stay at their
+/// address until the dictionary goes.
 class MxDictionary {
  public:
-  explicit MxDictionary(bool isCax = false, std::int32_t caxType = 0, std::u16string source = {});
+  explicit MxDictionary(bool isCax = false) : isCax_(isCax) {}
 
   /// Enters a word under both of its keys; a key that is taken stays as it is, each by itself.
   void AddEntry(const MxWord& word);
@@ -29,18 +29,15 @@ class MxDictionary {
   std::vector<const MxWord*> SortedWords() const;
 
   bool isCax() const noexcept { return isCax_; }
-  std::int32_t caxType() const noexcept { return caxType_; }
-  const std::u16string& source() const noexcept { return source_; }
 
   std::u16string name;                   ///< empty, or the key in the set
+  Language language;                     ///< of the display forms of a report template
   KeyMap<std::u16string> caxEnumValues;  ///< SQL text by lower-case enumeration word
 
  private:
   KeyMap<MxWord> items_;
   KeyMap<std::u16string> byDesc_;  ///< display form to lower-case canonical spelling
   bool isCax_;
-  std::int32_t caxType_;
-  std::u16string source_;
 };
 
 }  // namespace ORKBASE

@@ -7,54 +7,64 @@
 #include "platform/ErrorTexts.h"
 
 namespace ORKBASE {
+namespace {
+
+/// The first word that `find`, an operation of `MxDictionary`, gives.
+template <class Find>
+const MxWord* Search(const DictionaryMap::Entries& dictionaries, std::u16string_view text,
+                     Find find) {
+  const LookupKey key(text);
+  for (const auto& entry : dictionaries) {
+    if (const MxWord* word = (*entry.second.content.*find)(key)) return word;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+WordSource* WordsIn(MxDictionarys* dictionarys) noexcept {
+  return dictionarys;
+}
 
 MxDictionarys::MxDictionarys(Language language) : base_(SharedBaseVocabulary(language)) {
-  dictionaries_.emplace(u"base", base_->words);
+  dictionaries_.EnterFixed(kBaseKey, base_->words);
 }
 
 std::u16string MxDictionarys::ErrDescription() const {
   return DescriptionOf(error_);
 }
 
+void MxDictionarys::BeginCall() {
+  dictionaries_.Renew();
+  missing_.clear();
+  loadBegun_ = false;
+}
+
 const MxWord* MxDictionarys::FindByDesc(std::u16string_view text) const {
-  const LookupKey key(text);
-  for (const auto& entry : dictionaries_) {
-    if (const MxWord* word = entry.second->FindByDesc(key)) return word;
-  }
-  return nullptr;
+  return Search(dictionaries_.All(), text, &MxDictionary::FindByDesc);
 }
 
 const MxWord* MxDictionarys::FindByPrimary(std::u16string_view text) const {
-  const LookupKey key(text);
-  for (const auto& entry : dictionaries_) {
-    if (const MxWord* word = entry.second->FindByPrimary(key)) return word;
+  return Search(dictionaries_.All(), text, &MxDictionary::FindByPrimary);
+}
+
+bool MxDictionarys::BindTable(std::u16string_view name, MxErrorRecord& error) {
+  auto missing = missing_.find(name);
+  if (missing == missing_.end()) {
+    if (LoadDataTable(name) == 0) return true;
+    missing = missing_.emplace(name, error_).first;
   }
-  return nullptr;
+  error = missing->second;
+  return false;
 }
 
-bool MxDictionarys::FindWord(std::u16string_view text, bool byPrimary, MxWord& out) const {
-  const MxWord* word = byPrimary ? FindByPrimary(text) : FindByDesc(text);
-  if (word) out = *word;
-  return word != nullptr;
-}
-
-void MxDictionarys::Remove(std::u16string_view key) {
-  const auto found = dictionaries_.find(key);
-  if (found != dictionaries_.end()) dictionaries_.erase(found);
-}
-
-MxDictionary* MxDictionarys::Find(std::u16string_view key) const {
-  const auto found = dictionaries_.find(key);
-  return found == dictionaries_.end() ? nullptr : found->second.get();
-}
-
-void MxDictionarys::Enter(std::u16string key, std::shared_ptr<MxDictionary> dictionary) {
-  dictionaries_.insert_or_assign(std::move(key), std::move(dictionary));
+void MxDictionarys::Enter(std::u16string key, std::shared_ptr<const MxDictionary> dictionary) {
+  dictionaries_.Enter(std::move(key), std::move(dictionary));
 }
 
 std::u16string MxDictionarys::QuoteName(std::u16string_view name) const {
-  if (name.empty() || name.front() == quoteOpen_.front()) return std::u16string(name);
-  return std::u16string(quoteOpen_).append(name).append(quoteClose_);
+  if (name.empty() || name.front() == quotes_.open.front()) return std::u16string(name);
+  return std::u16string(quotes_.open).append(name).append(quotes_.close);
 }
 
 const std::u16string& MxDictionarys::operatorsDoc() const noexcept {

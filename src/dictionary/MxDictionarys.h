@@ -1,4 +1,5 @@
-// The dictionary set: everything that a word can mean, and the way to the metadata database.
+// The dictionary set, the one owner of metadata: everything that a word can mean, the way to the
+// metadata database, and what was not found there.
 #pragma once
 
 #include <cstdint>
@@ -10,25 +11,31 @@
 #include "DataAccess.h"
 #include "MxErrorRecord.h"
 #include "MxRuleEnums.h"
+#include "dictionary/DictionaryMap.h"
 #include "dictionary/MxDictionary.h"
+#include "foundation/RenameList.h"
+#include "foundation/WordSource.h"
 #include "platform/ThreadLanguage.h"
 
 namespace ORKBASE {
 
-class MxXmlDoc;
 struct BaseVocabulary;
+
+/// What the keys, and names, of dictionaries begin with that were read from the database.
+inline constexpr std::u16string_view kDataTableMark = u"dt:";
+inline constexpr std::u16string_view kTemplateMark = u"rt:";
 
 /// Named dictionaries in key order, which settles what wins when a word stands in several: "base",
 /// "cax:" + CAX type, "dt:" + data table, "rt:" + report-template id. A copy shares dictionaries
-/// and connection with its source and has a map of its own. Used by one thread at a time.
-class MxDictionarys {
+/// and connection with its source and has keys of its own. One set serves one thread at a time,
+/// copies may be in other threads: what one of them replaces, the others see when they next begin a
+/// call; the connection serves one query at a time.
+class MxDictionarys final : public WordSource {
  public:
-  using Map = std::map<std::u16string, std::shared_ptr<MxDictionary>, std::less<>>;
-
   /// Holds the base vocabulary in a language.
   explicit MxDictionarys(Language language = CurrentLanguage());
 
-  /// The error of the last load that failed. A load that succeeds leaves it.
+  /// The error of the last operation that failed. One that succeeds leaves it.
   const MxErrorRecord& Error() const noexcept { return error_; }
   std::int32_t ErrNumber() const noexcept { return error_.number; }
   std::u16string ErrDescription() const;
@@ -40,7 +47,9 @@ class MxDictionarys {
                bool flagA, bool flagB, const std::u16string& dbArgC,
                std::int32_t loadSeconds = kDefaultLoadSeconds);
 
-  /// Begins a call of the facade that may load: its loads share one limit of time.
+  /// Begins a call of the engine: takes over what copies have changed, and forgets which tables
+  /// were missing. Words that were found before may be gone. The loads of a call share one limit of
+  /// time.
   void BeginCall();
 
   /// The loads return 0, or the number that they leave as error. A template is always read anew and
@@ -53,20 +62,27 @@ class MxDictionarys {
   /// the words read so far.
   std::int32_t LoadCax(std::int32_t type, const std::u16string& document,
                        Language language = CurrentLanguage());
+  /// Reads every loaded data table and report template anew, under its present name; see
+  /// `MxExpression::Refresh`. 0, or the number of the load that failed, and nothing has changed.
+  std::int32_t Refresh();
 
-  /// The word of the first dictionary that has it, or null. Valid until that dictionary changes.
-  const MxWord* FindByDesc(std::u16string_view text) const;
+  /// The word of the first dictionary that has it, or null. Valid until the next call begins,
+  /// unless its dictionary is removed or replaced before.
+  const MxWord* FindByDesc(std::u16string_view text) const override;
   const MxWord* FindByPrimary(std::u16string_view text) const;
-  bool FindWord(std::u16string_view text, bool byPrimary, MxWord& out) const;
+  /// `LoadDataTable`, asking the database but once in a call for a table that cannot be loaded.
+  bool BindTable(std::u16string_view name, MxErrorRecord& error) override;
 
-  void Remove(std::u16string_view key);
-  MxDictionary* Find(std::u16string_view key) const;
-  void Enter(std::u16string key, std::shared_ptr<MxDictionary> dictionary);
-  const Map& dictionaries() const noexcept { return dictionaries_; }
+  void Remove(std::u16string_view key) { dictionaries_.Remove(key); }
+  const MxDictionary* Find(std::u16string_view key) const { return dictionaries_.Find(key); }
+  void Enter(std::u16string key, std::shared_ptr<const MxDictionary> dictionary);
+  const DictionaryMap::Entries& dictionaries() const noexcept { return dictionaries_.All(); }
 
-  /// Renaming in the loaded dictionaries: see `MxExpression::ReplaceDtOrDfNames`. Always 0.
-  std::int32_t ReplaceDtNames(std::u16string_view list);
-  std::int32_t ReplaceDfNames(std::u16string_view list);
+  /// Renaming in the loaded dictionaries, tables first: see `MxExpression::ReplaceDtOrDfNames`. 0,
+  /// or -1 with the error where a word becomes too long. All or nothing, also when memory runs out.
+  std::int32_t ReplaceNames(std::u16string_view tables, std::u16string_view fields);
+  std::int32_t ReplaceDtNames(std::u16string_view list) { return ReplaceNames(list, {}); }
+  std::int32_t ReplaceDfNames(std::u16string_view list) { return ReplaceNames({}, list); }
   /// The name between the identifier quotes of the connected database.
   std::u16string QuoteName(std::u16string_view name) const;
 
@@ -75,18 +91,29 @@ class MxDictionarys {
   const std::u16string& sysVarDoc() const noexcept;
 
  private:
+  using Dictionary = std::shared_ptr<MxDictionary>;
+  struct Connection;
+
   std::int32_t Fail(MxErrorRecord error);
-  /// The error of a query that failed, or one of our own where there is no connection.
-  std::int32_t FailedQuery();
-  static std::u16string ReadTemplateRows(ORKDB::CDBRecordSet& rows, MxDictionary& dictionary,
-                                         Language language);
+  /// The rows that `ask` gets of the accessor, or null with the error.
+  template <class Ask>
+  std::unique_ptr<ORKDB::CDBRecordSet> Query(Ask ask);
+  /// Read a dictionary; null with the error. `tables` receives the names of the template's tables.
+  Dictionary ReadReportTemplate(std::u16string_view id, Language language, std::u16string& tables);
+  Dictionary ReadDataTable(std::u16string_view name);
+  /// Puts a newly read content into each entry that was read from the database.
+  bool ReadAnew(DictionaryMap::Entries& entries);
+  /// False where a word becomes too long.
+  bool RenameFields(DictionaryMap::Change& change, std::u16string_view list) const;
 
   MxErrorRecord error_;
-  std::shared_ptr<ORKDB::CDBAccessor> accessor_;
+  std::shared_ptr<Connection> connection_;
+  bool loadBegun_ = false;  ///< the accessor was told that a load of the present call begins
   std::shared_ptr<const BaseVocabulary> base_;
-  Map dictionaries_;
-  std::u16string_view quoteOpen_ = u"[";
-  std::u16string_view quoteClose_ = u"]";
+  DictionaryMap dictionaries_;
+  /// Why tables could not be loaded in the present call, by the name that was asked for.
+  std::map<std::u16string, MxErrorRecord, std::less<>> missing_;
+  NameQuotes quotes_;
 };
 
 /// Name of the CAD program of a CAX type, as enumeration words begin with it.

@@ -80,4 +80,13 @@ bool MxExpression::SetCAXDD(std::int32_t type, const std::u16string& document) {
   return false;
 }
 
+bool MxExpression::Refresh() {
+  Reset();
+  MxDictionarys& dictionaries = state_->dictionaries;
+  dictionaries.BeginCall();
+  if (dictionaries.Refresh() == 0) return true;
+  Raise(dictionaries.Error());
+  return false;
+}
+
 }  // namespace ORKBASE

@@ -13,7 +13,6 @@
 #include "document/TagTree.h"
 #include "foundation/WordView.h"
 #include "lexer/Lexer.h"
-#include "lexer/TextRenamer.h"
 #include "parser/RuleInterpreter.h"
 #include "translator/IMxTranslator.h"
 
@@ -37,8 +36,7 @@ struct MxExpression::State {
   ORKDB_DSType_ENUM DialectFor(ORKDB_DSType_ENUM requested) const noexcept;
 
   Lexer lexer;
-  std::vector<WordView> words;  ///< of the last rule; kept for its memory alone
-  NameQuotes quotes;
+  std::vector<WordView> words;  ///< empty between calls; kept for its memory alone
   RuleInterpreter parser;
   MxDictionarys dictionaries;
   TagTree tree;  ///< of the last translation; kept for its memory alone

@@ -8,6 +8,8 @@
 #include "foundation/Text.h"
 #include "lexer/Tokeniser.h"
 
+#include <utility>
+
 namespace ORKBASE {
 namespace {
 
@@ -28,9 +30,7 @@ std::u16string_view TableOfToken(std::u16string_view token) {
 bool MxExpression::IsDtsInExp(const std::u16string& tables, const std::u16string& expression) {
   Reset();
   const std::u16string list = ToUpper(tables);
-  for (std::u16string_view rest = expression; !rest.empty();) {
-    const std::u16string_view token = FirstToken(rest);
-    rest.remove_prefix(token.size());
+  for (const std::u16string_view token : Tokens(expression)) {
     if (IsListItem(list, ToUpper(TableOfToken(token)))) return true;
   }
   return false;
@@ -50,17 +50,23 @@ void MxExpression::RemoveDt(std::u16string& expression, const std::u16string& ta
 std::int32_t MxExpression::ReplaceDtOrDfNames(const std::u16string& tableRenames,
                                               const std::u16string& fieldRenames) {
   Reset();
-  if (!tableRenames.empty()) state_->dictionaries.ReplaceDtNames(tableRenames);
-  if (!fieldRenames.empty()) state_->dictionaries.ReplaceDfNames(fieldRenames);
-  return 0;
+  MxDictionarys& dictionaries = state_->dictionaries;
+  const std::int32_t number = dictionaries.ReplaceNames(tableRenames, fieldRenames);
+  if (number != 0) Raise(dictionaries.Error());
+  return number;
 }
 
 std::u16string MxExpression::ChangeExpWithNewDtDfNames(const std::u16string& tableRenames,
                                                        const std::u16string& fieldRenames,
                                                        const std::u16string& expression) {
   Reset();
-  if (state_->dsType != kSqlServerDs) state_->quotes = {u"\"", u"\""};
-  return RenameInText(tableRenames, fieldRenames, state_->quotes, expression);
+  std::u16string renamed;
+  MxErrorRecord error;
+  if (!state_->lexer.ChangeNames(state_->dsType, tableRenames, fieldRenames, expression, renamed,
+                                 error)) {
+    Raise(std::move(error));
+  }
+  return renamed;
 }
 
 }  // namespace ORKBASE

@@ -23,6 +23,12 @@ void SetPlace(MxErrorRecord& error, std::u16string_view rule, const WordView* wo
   error.word = word->written;
 }
 
+/// Words refer to texts that go with the call.
+struct ClearAtEnd {
+  std::vector<WordView>& words;
+  ~ClearAtEnd() { words.clear(); }
+};
+
 }  // namespace
 
 MxExpression::State::State(const State& other) : dictionaries(other.dictionaries) {
@@ -38,7 +44,7 @@ MxExpression::State& MxExpression::State::operator=(const State& other) {
 
 void MxExpression::State::CopyModes(const State& other) {
   lexer.thiscaseVarOn1RcId = other.lexer.thiscaseVarOn1RcId;
-  quotes = other.quotes;
+  lexer.quotes = other.lexer.quotes;
   last = other.last;
   formDataIn = other.formDataIn;
   useIsNull = other.useIsNull;
@@ -75,10 +81,10 @@ bool MxExpression::Verify(MXRULE_DATATYPE type, const std::u16string& expression
                           std::u16string& document) {
   Reset();
   State& state = *state_;
-  state.lexer.dictionarys = &state.dictionaries;
   state.dictionaries.BeginCall();
+  state.lexer.source = &state.dictionaries;
   std::vector<WordView>& words = state.words;
-  words.clear();
+  const ClearAtEnd clear{words};
   std::forward_list<std::u16string> composed;
   state.lexer.ReadWords(expression, CurrentLanguage(), words, composed);
   MxErrorRecord error;

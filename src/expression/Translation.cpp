@@ -47,6 +47,7 @@ bool MxExpression::TranslateFor(ORKDB_DSType_ENUM dialect, std::u16string docume
                                 std::u16string& translated, std::u16string& a, std::u16string& b,
                                 bool twoParts) {
   Reset();
+  state_->dictionaries.BeginCall();
   const std::unique_ptr<IMxTranslator> translator = state_->CreateTranslator(dialect);
   if (translator->Translate(document, translated) != 0) {
     // kept: what counts is a second attempt; the error of the first stays in any case.

@@ -83,6 +83,7 @@ enum MessageNumber : std::int32_t {
   kMsgNoConnection      = 6700,  ///< a load without a connection
   kMsgTooDeep           = 6701,  ///< nested too deeply
   kMsgResultTooLarge    = 6702,  ///< the translated document grows out of bounds
+  kMsgRenamedTooLong    = 6703,  ///< new names make a rule or a word too long
   kMsgDatabaseTimeout   = 6705,  ///< a load took too long; one %s: the seconds that it may take
 
   // Data access, 6710 to 6739

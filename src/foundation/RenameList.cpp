@@ -1,4 +1,4 @@
-// Reading rename lists.
+// Reading rename lists, and replacing names within bounds.
 #include "foundation/RenameList.h"
 
 #include "foundation/Text.h"
@@ -14,6 +14,26 @@ std::vector<RenamePair> ReadRenames(std::u16string_view list) {
     if (pieces.size() > 1) pair.to = pieces[1];
   }
   return pairs;
+}
+
+bool ReplacePart(std::u16string& text, std::size_t at, std::size_t length, std::u16string_view by,
+                 std::size_t most) {
+  if (by.size() > length && text.size() - length + by.size() > most) return false;
+  text.replace(at, length, by);
+  return true;
+}
+
+bool ReplaceAllWithin(std::u16string& text, std::u16string_view from, std::u16string_view to,
+                      std::size_t most) {
+  std::size_t size = text.size();
+  bool isFound = false;
+  for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, at + from.size())) {
+    isFound = true;
+    size += to.size() - from.size();
+    if (to.size() > from.size() && size > most) return false;
+  }
+  if (isFound) text = ReplaceAll(text, from, to);
+  return true;
 }
 
 }  // namespace ORKBASE

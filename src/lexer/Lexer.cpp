@@ -1,28 +1,30 @@
 // Recognising words: from tokens to dictionary words, with what stands behind a prefix word.
 #include "lexer/Lexer.h"
 
-#include "dictionary/MxDictionarys.h"
 #include "foundation/MessageNumbers.h"
-#include "foundation/Text.h"
+#include "lexer/TextRenamer.h"
 #include "lexer/Tokeniser.h"
+#include "platform/ErrorTexts.h"
 #include "platform/MessageTexts.h"
 
-#include <array>
-
 namespace ORKBASE {
+namespace {
 
+/// The word of a token that no dictionary knows.
 WordView UnknownWord(std::u16string_view token) noexcept {
   WordView word;
-  word.primary = word.outDesc = word.content = token;
+  word.primary = word.outDesc = token;
   return word;
 }
+
+}  // namespace
 
 void Lexer::PrepareRecognition(Language language) {
   if (!thiscaseVarOn1RcId) currentRecordPrefix_ = LoadMessage(kMsgThisReport, language) + u".";
 }
 
 const MxWord* Lexer::Find(std::u16string_view key) const {
-  return dictionarys ? dictionarys->FindByDesc(key) : nullptr;
+  return source ? source->FindByDesc(key) : nullptr;
 }
 
 Lexer::Recognised Lexer::Recognise(std::u16string_view token) const {
@@ -43,18 +45,21 @@ Lexer::Recognised Lexer::Recognise(std::u16string_view token) const {
   return {};
 }
 
+Lexer::Recognised Lexer::RecogniseKnown(std::u16string_view token, Characters& characters) const {
+  if (token.size() != 1 || token.front() >= characters.size()) return Recognise(token);
+  const MxWord*& known = characters[token.front()];
+  if (known) return {known, {}};
+  const Recognised found = Recognise(token);
+  if (found.postfix.empty()) known = found.word;
+  return found;
+}
+
 void Lexer::ReadWords(std::u16string_view text, Language language, std::vector<WordView>& words,
                       std::forward_list<std::u16string>& composed) {
-  PrepareRecognition(language);
-  std::array<const MxWord*, 128> characters{};  // words of one that were found
-  for (std::int32_t index = 0; !text.empty(); ++index) {
-    const std::u16string_view token = FirstToken(text);
-    text.remove_prefix(token.size());
-    if (IsBlank(token.front())) continue;  // and so is the rest
-    const bool isCharacter = token.size() == 1 && token.front() < characters.size();
-    const MxWord* const known = isCharacter ? characters[token.front()] : nullptr;
-    const Recognised found = known ? Recognised{known, {}} : Recognise(token);
-    if (isCharacter) characters[token.front()] = found.word;
+  std::int32_t index = -1;
+  RecogniseEach(Tokens(text), language, [&](std::u16string_view token, const Recognised& found) {
+    ++index;
+    if (found.isBlank) return;
     WordView& word = words.emplace_back(found.word ? ViewOf(*found.word) : UnknownWord(token));
     if (!found.postfix.empty()) {
       word.primary =
@@ -62,7 +67,17 @@ void Lexer::ReadWords(std::u16string_view text, Language language, std::vector<W
     }
     word.content = word.written = token;
     word.token = index;
-  }
+  });
+}
+
+bool Lexer::ChangeNames(ORKDB_DSType_ENUM dsType, std::u16string_view tableRenames,
+                        std::u16string_view fieldRenames, std::u16string_view expression,
+                        std::u16string& out, MxErrorRecord& error) {
+  quotes.Follow(dsType);
+  if (RenameInText(tableRenames, fieldRenames, quotes, expression, out)) return true;
+  out = std::u16string(expression);
+  error = MakeError(kRequestCause, kMsgRenamedTooLong);
+  return false;
 }
 
 }  // namespace ORKBASE

@@ -1,6 +1,7 @@
 // The lexer behind `MxLexicalAnalyzer` and `MxExpression`: words by reference instead of copies.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <forward_list>
 #include <string>
@@ -8,32 +9,35 @@
 #include <vector>
 
 #include "MxErrorRecord.h"
+#include "foundation/RenameList.h"
+#include "foundation/Text.h"
+#include "foundation/WordSource.h"
 #include "foundation/WordView.h"
 #include "platform/ThreadLanguage.h"
 
 namespace ORKBASE {
 
-class MxDictionarys;
-
-/// Recognises and verifies words. Refers to a dictionary set that it does not own, or to none. Used
-/// by one thread at a time.
+/// Recognises and verifies words. Refers to a source of words that it does not own, or to none.
+/// Used by one thread at a time.
 class Lexer {
  public:
-  MxDictionarys* dictionarys = nullptr;
+  WordSource* source = nullptr;
   bool thiscaseVarOn1RcId = true;
+  NameQuotes quotes;  ///< of names inside rule texts
 
-  /// A dictionary word with what the token carries behind it, or no word.
+  /// What a token is: blanks, a dictionary word with what the token carries behind it, or no word.
   struct Recognised {
     const MxWord* word = nullptr;
     std::u16string_view postfix;
+    bool isBlank = false;
   };
 
-  /// Reads what `Recognise` needs from the messages; to be called before a run of tokens.
-  void PrepareRecognition(Language language);
-  Recognised Recognise(std::u16string_view token) const;
+  /// Calls `use(token, recognised)` for each token, in order. An empty token counts as a blank one.
+  template <class Range, class Use>
+  void RecogniseEach(const Range& tokens, Language language, Use use);
 
   /// Appends a word for each token of the rule that is not blank. The words refer to `text`, to the
-  /// dictionaries and to `composed`, which must all outlive them.
+  /// source and to `composed`, which must all outlive them.
   void ReadWords(std::u16string_view text, Language language, std::vector<WordView>& words,
                  std::forward_list<std::u16string>& composed);
 
@@ -42,17 +46,38 @@ class Lexer {
   /// text.
   bool VerifyToken(WordView& word, MxErrorRecord& error) const;
 
+  /// The rule text with new names; see `MxLexicalAnalyzer::ChangeExpWithNewDtDfNames`. Where it
+  /// would become too long, false with the error, and `out` is the text as it was.
+  bool ChangeNames(ORKDB_DSType_ENUM dsType, std::u16string_view tableRenames,
+                   std::u16string_view fieldRenames, std::u16string_view expression,
+                   std::u16string& out, MxErrorRecord& error);
+
  private:
+  /// Words of one ASCII character that were found already.
+  using Characters = std::array<const MxWord*, 128>;
+
+  /// Reads what `Recognise` needs from the messages.
+  void PrepareRecognition(Language language);
+  Recognised Recognise(std::u16string_view token) const;
+  Recognised RecogniseKnown(std::u16string_view token, Characters& characters) const;
+  const MxWord* Find(std::u16string_view key) const;
+
   bool VerifyDataTypePostfix(WordView& word, MxErrorRecord& error) const;
   bool VerifyDataTablePostfix(const WordView& word) const;
   bool VerifyConstant(WordView& word, MxErrorRecord& error) const;
   void VerifyDataField(WordView& word, MxErrorRecord& error) const;
-  const MxWord* Find(std::u16string_view key) const;
 
   std::u16string currentRecordPrefix_;
 };
 
-/// The word of a token that no dictionary knows.
-WordView UnknownWord(std::u16string_view token) noexcept;
+template <class Range, class Use>
+void Lexer::RecogniseEach(const Range& tokens, Language language, Use use) {
+  PrepareRecognition(language);
+  Characters characters{};
+  for (const std::u16string_view token : tokens) {
+    use(token,
+        IsBlankText(token) ? Recognised{nullptr, {}, true} : RecogniseKnown(token, characters));
+  }
+}
 
 }  // namespace ORKBASE

@@ -3,17 +3,26 @@
 
 #include <utility>
 
-#include "foundation/Text.h"
 #include "lexer/Lexer.h"
-#include "lexer/TextRenamer.h"
 #include "lexer/Tokeniser.h"
 #include "platform/ErrorTexts.h"
 
 namespace ORKBASE {
 
+namespace {
+
+MxWord UnknownWord(std::u16string_view token) {
+  MxWord word;
+  word.primary = word.outDesc = token;
+  word.symbol = kUnknownSymbol;
+  word.dataType = kVarDataType;
+  return word;
+}
+
+}  // namespace
+
 struct MxLexicalAnalyzer::State {
   Lexer lexer;
-  NameQuotes quotes;
 };
 
 MxLexicalAnalyzer::MxLexicalAnalyzer() : state_(std::make_unique<State>()) {}
@@ -28,37 +37,23 @@ MxLexicalAnalyzer::~MxLexicalAnalyzer() = default;
 
 void MxLexicalAnalyzer::GenerateOriginalTokens(const std::u16string& text,
                                                std::vector<std::u16string>& tokens) {
-  for (std::u16string_view rest = text; !rest.empty();) {
-    const std::u16string_view token = FirstToken(rest);
-    tokens.emplace_back(token);
-    rest.remove_prefix(token.size());
-  }
+  for (const std::u16string_view token : Tokens(text)) tokens.emplace_back(token);
 }
 
 void MxLexicalAnalyzer::GeneratePrimaryTokens(const std::vector<std::u16string>& originals,
                                               std::vector<std::u16string>& primaries,
                                               std::vector<MxWord>& words) {
-  if (originals.empty()) return;
-  state_->lexer.PrepareRecognition(CurrentLanguage());
-  for (const std::u16string& token : originals) {
-    if (IsBlankText(token)) {
-      primaries.push_back(token);
-      continue;
-    }
-    const Lexer::Recognised found = state_->lexer.Recognise(token);
-    MxWord word;
-    if (found.word) {
-      word = *found.word;
-      word.primary += found.postfix;
-    } else {
-      word.primary = word.outDesc = token;
-      word.symbol = kUnknownSymbol;
-      word.dataType = kVarDataType;
-    }
-    word.content = token;
-    primaries.push_back(word.primary);
-    words.push_back(std::move(word));
-  }
+  state_->lexer.RecogniseEach(originals, CurrentLanguage(),
+                              [&](std::u16string_view token, const Lexer::Recognised& found) {
+                                if (found.isBlank) {
+                                  primaries.emplace_back(token);
+                                  return;
+                                }
+                                words.push_back(found.word ? *found.word : UnknownWord(token));
+                                words.back().primary += found.postfix;
+                                words.back().content = token;
+                                primaries.push_back(words.back().primary);
+                              });
 }
 
 std::u16string MxLexicalAnalyzer::Compose(const std::vector<std::u16string>& tokens) const {
@@ -94,12 +89,14 @@ void MxLexicalAnalyzer::ChangeExpWithNewDtDfNames(ORKDB_DSType_ENUM dsType,
                                                   const std::u16string& fieldRenames,
                                                   const std::u16string& expression,
                                                   std::u16string& out) {
-  if (dsType != kSqlServerDs) state_->quotes = {u"\"", u"\""};
-  out = RenameInText(tableRenames, fieldRenames, state_->quotes, expression);
+  MxErrorRecord error;
+  if (!state_->lexer.ChangeNames(dsType, tableRenames, fieldRenames, expression, out, error)) {
+    myRaiseError(error.number, DescriptionOf(error));
+  }
 }
 
 void MxLexicalAnalyzer::set_dictionarys(MxDictionarys* dictionarys) {
-  state_->lexer.dictionarys = dictionarys;
+  state_->lexer.source = WordsIn(dictionarys);
 }
 
 bool MxLexicalAnalyzer::get_thiscaseVarOn1RcId() const {

@@ -2,10 +2,10 @@
 // name inside a text constant is a token's part like any other: table renames reach it.
 #include "lexer/TextRenamer.h"
 
-#include "foundation/RenameList.h"
 #include "foundation/Text.h"
 #include "lexer/Tokeniser.h"
 
+#include <utility>
 #include <vector>
 
 namespace ORKBASE {
@@ -13,13 +13,6 @@ namespace {
 
 std::u16string Joined(std::u16string_view a, std::u16string_view b, std::u16string_view c) {
   return std::u16string(a).append(b).append(c);
-}
-
-/// Replaces all of `from` in the token; false when it holds none.
-bool ReplaceInToken(std::u16string& token, std::u16string_view from, std::u16string_view to) {
-  if (token.find(from) == token.npos) return false;
-  token = ReplaceAll(token, from, to);
-  return true;
 }
 
 /// The three ways in which a token names a table, old and new.
@@ -40,26 +33,6 @@ std::vector<TableRename> ReadTableRenames(std::u16string_view list, const NameQu
   return renames;
 }
 
-bool ChangeTable(std::u16string& token, const TableRename& rename) {
-  if (token.starts_with(rename.head)) {
-    token.replace(0, rename.head.size(), rename.newHead);
-    return true;
-  }
-  return ReplaceInToken(token, rename.inner, rename.newInner) ||
-         ReplaceInToken(token, rename.bracketed, rename.newBracketed);
-}
-
-bool ChangeExpWithNewDtNames(std::vector<std::u16string>& tokens, std::u16string_view list,
-                             const NameQuotes& quotes) {
-  const std::vector<TableRename> renames = ReadTableRenames(list, quotes);
-  bool changed = false;
-  for (std::u16string& token : tokens) {
-    if (IsBlankText(token)) continue;
-    for (const TableRename& rename : renames) changed |= ChangeTable(token, rename);
-  }
-  return changed;
-}
-
 struct FieldRename {
   std::u16string_view from;      ///< `table.field`
   std::u16string to;             ///< `table.newField`
@@ -76,47 +49,76 @@ std::vector<FieldRename> ReadFieldRenames(std::u16string_view list) {
   return renames;
 }
 
-/// A whole token that matches is replaced in the rule, while the renames behind it still look at
-/// what it was: the last match wins.
-bool ChangeField(std::u16string& token, std::u16string& looked, const FieldRename& rename) {
-  if (EqualsIgnoringCase(looked, rename.from)) {
-    token = rename.to;
+/// Gives tokens their new names. What changes a token returns false where it would become longer
+/// than `most`.
+class TokenRenamer {
+ public:
+  TokenRenamer(std::vector<TableRename> tables, std::vector<FieldRename> fields, std::size_t most)
+      : tables_(std::move(tables)), fields_(std::move(fields)), most_(most) {}
+
+  bool Change(std::u16string& token) const {
+    return ChangeExpWithNewDtNames(token) && (fields_.empty() || ChangeExpWithNewDfNames(token));
+  }
+
+ private:
+  bool ChangeExpWithNewDtNames(std::u16string& token) const {
+    for (const TableRename& rename : tables_) {
+      if (!ChangeTable(token, rename)) return false;
+    }
     return true;
   }
-  const std::size_t at = looked.find(rename.tail);
-  if (at == looked.npos || at + rename.tail.size() != looked.size()) return false;
-  looked.replace(at, rename.tail.size(), rename.newTail);
-  token = looked;
-  return true;
-}
 
-bool ChangeExpWithNewDfNames(std::vector<std::u16string>& tokens, std::u16string_view list) {
-  const std::vector<FieldRename> renames = ReadFieldRenames(list);
-  bool changed = false;
-  for (std::u16string& token : tokens) {
-    if (IsBlankText(token)) continue;
-    std::u16string looked = token;
-    for (const FieldRename& rename : renames) changed |= ChangeField(token, looked, rename);
+  bool ChangeTable(std::u16string& token, const TableRename& rename) const {
+    if (token.starts_with(rename.head)) {
+      return ReplacePart(token, 0, rename.head.size(), rename.newHead, most_);
+    }
+    return token.find(rename.inner) != token.npos
+               ? ReplaceAllWithin(token, rename.inner, rename.newInner, most_)
+               : ReplaceAllWithin(token, rename.bracketed, rename.newBracketed, most_);
   }
-  return changed;
-}
+
+  bool ChangeExpWithNewDfNames(std::u16string& token) const {
+    std::u16string looked = token;
+    for (const FieldRename& rename : fields_) {
+      if (!ChangeField(token, looked, rename)) return false;
+    }
+    return true;
+  }
+
+  /// A whole token that matches is replaced in the rule, while the renames behind it still look at
+  /// what it was: the last match wins.
+  bool ChangeField(std::u16string& token, std::u16string& looked, const FieldRename& rename) const {
+    if (EqualsIgnoringCase(looked, rename.from)) {
+      return ReplacePart(token, 0, token.size(), rename.to, most_);
+    }
+    const std::size_t at = looked.find(rename.tail);
+    if (at == looked.npos || at + rename.tail.size() != looked.size()) return true;
+    if (!ReplacePart(looked, at, rename.tail.size(), rename.newTail, most_)) return false;
+    token = looked;
+    return true;
+  }
+
+  std::vector<TableRename> tables_;
+  std::vector<FieldRename> fields_;
+  std::size_t most_;
+};
 
 }  // namespace
 
-std::u16string RenameInText(std::u16string_view tableRenames, std::u16string_view fieldRenames,
-                            NameQuotes quotes, std::u16string_view expression) {
-  std::vector<std::u16string> tokens;
-  for (std::u16string_view rest = expression; !rest.empty();) {
-    tokens.emplace_back(FirstToken(rest));
-    rest.remove_prefix(tokens.back().size());
+bool RenameInText(std::u16string_view tableRenames, std::u16string_view fieldRenames,
+                  const NameQuotes& quotes, std::u16string_view expression, std::u16string& out) {
+  const std::size_t most = MostRenamed(expression.size());
+  const TokenRenamer renamer(ReadTableRenames(tableRenames, quotes), ReadFieldRenames(fieldRenames),
+                             most);
+  std::u16string renamed;
+  std::u16string token;
+  for (const std::u16string_view written : Tokens(expression)) {
+    token = written;
+    if (!IsBlankText(token) && !renamer.Change(token)) return false;
+    if (!ReplacePart(renamed, renamed.size(), 0, token, most)) return false;
   }
-  bool changed = false;
-  if (!tableRenames.empty()) changed |= ChangeExpWithNewDtNames(tokens, tableRenames, quotes);
-  if (!fieldRenames.empty()) changed |= ChangeExpWithNewDfNames(tokens, fieldRenames);
-  if (!changed) return std::u16string(expression);
-  std::u16string out;
-  for (const std::u16string& token : tokens) out += token;
-  return out;
+  out = std::move(renamed);
+  return true;
 }
 
 }  // namespace ORKBASE

@@ -54,14 +54,18 @@ std::size_t WordEnd(std::u16string_view text) noexcept {
   return i;
 }
 
-}  // namespace
-
 std::u16string_view FirstToken(std::u16string_view text) noexcept {
   const char16_t first = text.front();
   if (IsBlank(first)) return text.substr(0, BlanksEnd(text));
   if (IsDelimiter(first)) return text.substr(0, OperatorEnd(text));
   if (first == u'\'') return text.substr(0, TextConstantEnd(text));
   return text.substr(0, WordEnd(text));
+}
+
+}  // namespace
+
+void Tokens::Iterator::Cut() noexcept {
+  token_ = rest_.empty() ? rest_ : FirstToken(rest_);
 }
 
 }  // namespace ORKBASE

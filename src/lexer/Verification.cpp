@@ -1,7 +1,6 @@
 // Verifying words: postfixes, constants, and fields of tables that were not loaded yet.
 #include "lexer/Lexer.h"
 
-#include "dictionary/MxDictionarys.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
 #include "platform/ErrorTexts.h"
@@ -122,9 +121,8 @@ bool Lexer::VerifyDataTablePostfix(const WordView& word) const {
   if (bracket == word.primary.npos) return true;
   std::u16string_view name = word.primary.substr(bracket + 1);
   if (!name.empty()) name.remove_suffix(1);
-  if (!dictionarys) return false;
-  if (dictionarys->Find(std::u16string(u"dt:").append(name))) return true;
-  return dictionarys->LoadDataTable(name) == 0;
+  MxErrorRecord ignored;  // this refusal has no text of its own
+  return source && source->BindTable(name, ignored);
 }
 
 bool Lexer::VerifyConstant(WordView& word, MxErrorRecord& error) const {
@@ -144,9 +142,10 @@ bool Lexer::VerifyConstant(WordView& word, MxErrorRecord& error) const {
 
 void Lexer::VerifyDataField(WordView& word, MxErrorRecord& error) const {
   const auto pieces = SplitText(word.outDesc, u".");
-  if (pieces.size() != 2 || !dictionarys) return;
-  if (dictionarys->LoadDataTable(pieces[0]) != 0) {
-    error.behind = {dictionarys->Error()};
+  if (pieces.size() != 2 || !source) return;
+  MxErrorRecord behind;
+  if (!source->BindTable(pieces[0], behind)) {
+    error.behind.push_back(std::move(behind));
     return;
   }
   const std::u16string field = ToUpper(pieces[1]);

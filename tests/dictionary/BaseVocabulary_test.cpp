@@ -7,6 +7,7 @@
 #include "dictionary/MxDictionarys.h"
 #include "foundation/Text.h"
 
+#include "DictionaryWords.h"
 #include "Utf8.h"
 
 #include <gtest/gtest.h>
@@ -254,8 +255,9 @@ class Vocabulary : public testing::TestWithParam<const char16_t*> {
 TEST_P(Vocabulary, HoldsEveryWordWithAllItsFields) {
   MxDictionarys set;
   for (const ExpectedWord& expected : kWords) {
-    MxWord word;
-    ASSERT_TRUE(set.FindWord(expected.primary, true, word)) << U8(expected.primary);
+    const MxWord* found = set.FindByPrimary(expected.primary);
+    ASSERT_NE(found, nullptr) << U8(expected.primary);
+    const MxWord& word = *found;
     EXPECT_EQ(U8(word.primary), U8(expected.primary));
     EXPECT_EQ(U8(word.outDesc), U8(DisplayOf(expected))) << U8(expected.primary);
     EXPECT_NE(U8(word.outDesc), "") << U8(expected.primary);
@@ -271,10 +273,9 @@ TEST_P(Vocabulary, HoldsEveryWordWithAllItsFields) {
 TEST_P(Vocabulary, FindsEveryWordByItsDisplayForm) {
   MxDictionarys set;
   for (const ExpectedWord& expected : kWords) {
-    MxWord word;
-    ASSERT_TRUE(set.FindWord(ToUpper(DisplayOf(expected)), false, word)) << U8(expected.primary);
     const bool second = expected.primary == u"CaxEnum.";  // shares its display form with the first
-    EXPECT_EQ(U8(word.primary), second ? "thisDoc." : U8(expected.primary));
+    EXPECT_EQ(ByDesc(set, ToUpper(DisplayOf(expected))),
+              second ? "thisDoc." : U8(expected.primary));
   }
 }
 
@@ -366,13 +367,10 @@ TEST_F(BaseVocabularyDocuments, IsSharedByAllSetsOfOneLanguage) {
 
 TEST_F(BaseVocabularyDocuments, FindAPrefixWordInAnyCase) {
   MxDictionarys set;
-  MxWord word;
-  EXPECT_TRUE(set.FindWord(u"THISDOC.", true, word));
-  EXPECT_EQ(U8(word.primary), "thisDoc.");
-  EXPECT_TRUE(set.FindWord(MessageText(6340) + u".", false, word));
-  EXPECT_EQ(U8(word.primary), "thisDoc.");
-  EXPECT_TRUE(set.FindWord(u"CaxEnum.", true, word));
-  EXPECT_FALSE(set.FindWord(u"CaxEnum.", false, word));
-  EXPECT_FALSE(set.FindWord(u"", false, word));
-  EXPECT_FALSE(set.FindWord(u"", true, word));
+  EXPECT_EQ(ByPrimary(set, u"THISDOC."), "thisDoc.");
+  EXPECT_EQ(ByDesc(set, MessageText(6340) + u"."), "thisDoc.");
+  EXPECT_EQ(ByPrimary(set, u"CaxEnum."), "CaxEnum.");
+  EXPECT_EQ(ByDesc(set, u"CaxEnum."), "-");
+  EXPECT_EQ(ByDesc(set, u""), "-");
+  EXPECT_EQ(ByPrimary(set, u""), "-");
 }

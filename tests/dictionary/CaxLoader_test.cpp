@@ -29,12 +29,6 @@ class CaxLoader : public testing::Test {
  protected:
   void SetUp() override { SetThreadLanguage(u"en"); }
   void TearDown() override { SetThreadLanguage(u""); }
-
-  static MxWord Word(const MxDictionarys& set, std::u16string_view primary) {
-    MxWord word;
-    EXPECT_TRUE(set.FindWord(primary, true, word)) << U8(primary);
-    return word;
-  }
 };
 
 std::u16string WithType(const std::u16string& dt) {
@@ -105,8 +99,6 @@ TEST_F(CaxLoader, KnowsTheProgramsByTheirNumbers) {
     const MxDictionary* dictionary = set.Find(c.key);
     ASSERT_NE(dictionary, nullptr);
     EXPECT_TRUE(dictionary->isCax());
-    EXPECT_EQ(dictionary->caxType(), c.type);
-    EXPECT_EQ(U8(dictionary->source()), U8(kDocument));
   }
 }
 

@@ -30,11 +30,7 @@ class DictionaryRenames : public testing::Test {
     set_.Enter(key, dictionary);
   }
 
-  MxWord Word(std::u16string_view primary) const {
-    MxWord word;
-    EXPECT_TRUE(set_.FindWord(primary, true, word)) << U8(primary);
-    return word;
-  }
+  MxWord Word(std::u16string_view primary) const { return ::Word(set_, primary); }
 
   const ScopedLanguage language_{u"en"};
   MxDictionarys set_;
@@ -145,7 +141,7 @@ TEST_F(DictionaryRenames, TableWhoseNameHoldsTheMarkOfATemplateCountsAsOne) {
 }
 
 TEST_F(DictionaryRenames, LeaveTheVocabularyAndCaxDictionariesAlone) {
-  auto cax = std::make_shared<MxDictionary>(true, 1, u"");
+  auto cax = std::make_shared<MxDictionary>(true);
   cax->AddEntry(WordOf(u"thisDoc.A.x", u"thisDoc.A.x"));
   set_.Enter(u"cax:1", cax);
   set_.ReplaceDtNames(u"A:B,sysVar:other,Input:other");
@@ -229,11 +225,13 @@ TEST_F(DictionaryRenames, InACopyTheWordsChangeForTheSourceButItsKeysDoNot) {
   copy.ReplaceDtNames(u"A:B");
   EXPECT_EQ(WordsOf(copy, u"dt:B"), "B.x B.y");
   EXPECT_EQ(copy.Find(u"dt:A"), nullptr);
+  set_.BeginCall();
   EXPECT_EQ(WordsOf(set_, u"dt:A"), "B.x B.y");
   EXPECT_EQ(set_.Find(u"dt:B"), nullptr);
   EXPECT_EQ(ByDesc(set_, u"B.x"), "B.x");
   set_.ReplaceDtNames(u"B:C");  // the source can go on from there
   EXPECT_EQ(WordsOf(set_, u"dt:C"), "C.x C.y");
+  copy.BeginCall();
   EXPECT_EQ(WordsOf(copy, u"dt:B"), "C.x C.y");
 }
 

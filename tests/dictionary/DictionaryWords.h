@@ -1,6 +1,8 @@
 // Short ways to make and show words for the tests of the dictionaries.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 
 #include "Utf8.h"
@@ -17,12 +19,12 @@ inline ORKBASE::MxWord WordOf(std::u16string primary, std::u16string outDesc,
 
 /// The canonical spelling that a display form leads to, "-" for none.
 inline std::string ByDesc(const ORKBASE::MxDictionarys& set, std::u16string_view text) {
-  ORKBASE::MxWord word;
-  return set.FindWord(text, false, word) ? U8(word.primary) : "-";
+  const ORKBASE::MxWord* word = set.FindByDesc(text);
+  return word ? U8(word->primary) : "-";
 }
 inline std::string ByPrimary(const ORKBASE::MxDictionarys& set, std::u16string_view text) {
-  ORKBASE::MxWord word;
-  return set.FindWord(text, true, word) ? U8(word.primary) : "-";
+  const ORKBASE::MxWord* word = set.FindByPrimary(text);
+  return word ? U8(word->primary) : "-";
 }
 inline std::string ByDesc(const ORKBASE::MxDictionary& dictionary, std::u16string_view text) {
   const ORKBASE::MxWord* word = dictionary.FindByDesc(ORKBASE::LookupKey(text));
@@ -31,6 +33,13 @@ inline std::string ByDesc(const ORKBASE::MxDictionary& dictionary, std::u16strin
 inline std::string ByPrimary(const ORKBASE::MxDictionary& dictionary, std::u16string_view text) {
   const ORKBASE::MxWord* word = dictionary.FindByPrimary(ORKBASE::LookupKey(text));
   return word ? U8(word->primary) : "-";
+}
+
+/// The word with a canonical spelling; an empty one, and a failure of the test, without it.
+inline ORKBASE::MxWord Word(const ORKBASE::MxDictionarys& set, std::u16string_view primary) {
+  const ORKBASE::MxWord* word = set.FindByPrimary(primary);
+  EXPECT_NE(word, nullptr) << U8(primary);
+  return word ? *word : ORKBASE::MxWord();
 }
 
 /// All words of a dictionary in order, "-" without one.

@@ -2,6 +2,7 @@
 #include "dictionary/MxDictionarys.h"
 
 #include "OrkPlatform.h"
+#include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
 
 #include "DictionaryWords.h"
@@ -32,12 +33,6 @@ class MetadataLoader : public testing::Test {
   static void Connect(MxDictionarys& set, const TempDatabase& database) {
     set.Connect(database.Server(), 0, ORKDB::MxProxyInfo(), u"", u"", kSqlServerDs, false, true,
                 u"");
-  }
-
-  static MxWord Word(const MxDictionarys& set, std::u16string_view primary) {
-    MxWord word;
-    EXPECT_TRUE(set.FindWord(primary, true, word)) << U8(primary);
-    return word;
   }
 };
 
@@ -239,20 +234,36 @@ struct CountingAccessor : ORKDB::CDBAccessor {
   static inline std::vector<std::string> parameters;
 };
 
+/// Brings the kind `counting:`, the accessors of SQLite files with their queries counted from 0.
+class CountedQueries {
+ public:
+  CountedQueries() {
+    CountingAccessor::queries = 0;
+    Creator().RegisterKind(u"counting:", [](const ORKDB::AccessorRequest& request) {
+      const ORKDB::MxSvrInfo server(u"sqlite:" + request.location, 0, u"", u"");
+      return std::make_unique<CountingAccessor>(Creator().CreateAccessor(
+          server, request.proxy, u"", request.dsType, false, true, u"", u""));
+    });
+  }
+  ~CountedQueries() { Creator().RegisterKind(u"counting:", {}); }
+  CountedQueries(const CountedQueries&) = delete;
+  CountedQueries& operator=(const CountedQueries&) = delete;
+
+  void Connect(MxDictionarys& set, const TempDatabase& database) const {
+    set.Connect(U16("counting:" + database.Path()), 0, ORKDB::MxProxyInfo(), u"", u"", kSqlServerDs,
+                false, true, u"");
+  }
+
+ private:
+  static ORKDB::CDBAccessorCreator& Creator() { return *ORKDB::CDBAccessorCreator::instance(); }
+};
+
 }  // namespace
 
 TEST_F(MetadataLoader, IssuesNoSecondQueryForADataTable) {
-  ORKDB::CDBAccessorCreator::instance()->RegisterKind(
-      u"counting:", [](const ORKDB::AccessorRequest& request) {
-        const ORKDB::MxSvrInfo server(u"sqlite:" + request.location, 0, u"", u"");
-        return std::make_unique<CountingAccessor>(
-            ORKDB::CDBAccessorCreator::instance()->CreateAccessor(
-                server, request.proxy, u"", request.dsType, false, true, u"", u""));
-      });
-  CountingAccessor::queries = 0;
+  const CountedQueries counted;
   MxDictionarys set;
-  set.Connect(U16("counting:" + SampleDatabase().Path()), 0, ORKDB::MxProxyInfo(), u"", u"",
-              kSqlServerDs, false, true, u"");
+  counted.Connect(set, SampleDatabase());
   EXPECT_EQ(set.LoadDataTables(u"T,Orders,T,Orders"), 0);
   EXPECT_EQ(set.LoadDataTable(u"T"), 0);
   EXPECT_EQ(CountingAccessor::queries, 2);
@@ -270,7 +281,57 @@ TEST_F(MetadataLoader, IssuesNoSecondQueryForADataTable) {
             "t.state as created  from mx_v_rtfs f,Mx_v_Rtts t  where t.rtId=? and f.rttId=t.rttId");
   const std::vector<std::string> expected = {"rtId=7", "dtName=Header", "dtName=Lines"};
   EXPECT_EQ(CountingAccessor::parameters, expected);
-  ORKDB::CDBAccessorCreator::instance()->RegisterKind(u"counting:", {});
+}
+
+TEST_F(MetadataLoader, AsksForAnUnknownTableOnceInACall) {
+  const CountedQueries counted;
+  const TempDatabase database(kViews);
+  MxDictionarys set;
+  counted.Connect(set, database);
+  MxErrorRecord error;
+  EXPECT_FALSE(set.BindTable(u"T", error));
+  EXPECT_EQ(error.message, kMsgNoDataTable);
+  error = {};
+  EXPECT_FALSE(set.BindTable(u"T", error));
+  EXPECT_EQ(error.message, kMsgNoDataTable);  // the same error without a query
+  EXPECT_EQ(CountingAccessor::queries, 1);
+  EXPECT_FALSE(set.BindTable(u"t", error));  // asked for as it is written
+  EXPECT_EQ(CountingAccessor::queries, 2);
+  database.Run("insert into mx_v_datafield values ('T', 'a', 'a', 1, 1, 1, 'T', '', 1);");
+  EXPECT_FALSE(set.BindTable(u"T", error));
+  set.BeginCall();
+  EXPECT_TRUE(set.BindTable(u"T", error));
+  EXPECT_TRUE(set.BindTable(u"T", error));
+  EXPECT_EQ(CountingAccessor::queries, 3);
+}
+
+TEST_F(MetadataLoader, AsksAServerThatFailedOnceInACall) {
+  const CountedQueries counted;
+  const TempDatabase database("create table x (a);");
+  MxDictionarys set;
+  counted.Connect(set, database);
+  MxErrorRecord error;
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_FALSE(set.BindTable(u"T", error));
+    EXPECT_EQ(error.cause, kDatabaseCause);
+  }
+  EXPECT_EQ(CountingAccessor::queries, 1);
+  database.Run(kViews);
+  set.BeginCall();
+  EXPECT_FALSE(set.BindTable(u"T", error));
+  EXPECT_EQ(error.cause, kRequestCause);
+}
+
+TEST_F(MetadataLoader, ReadsATemplateAndItsTablesAnewWithOneQueryEach) {
+  const CountedQueries counted;
+  MxDictionarys set;
+  counted.Connect(set, SampleDatabase());
+  ASSERT_EQ(set.LoadReportTemplate(u"7"), 0);
+  CountingAccessor::parameters.clear();
+  EXPECT_EQ(set.Refresh(), 0);
+  const std::vector<std::string> expected = {"dtName=Header", "dtName=Lines", "rtId=7"};
+  EXPECT_EQ(CountingAccessor::parameters, expected);
+  EXPECT_EQ(KeysOf(set), "dt:Header dt:Lines rt:7");
 }
 
 TEST_F(MetadataLoader, StopsAListAtTheFirstFailure) {

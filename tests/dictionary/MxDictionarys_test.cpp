@@ -52,13 +52,6 @@ TEST_F(MxDictionarysSet, SearchesByDisplayFormOrBySpelling) {
   EXPECT_EQ(ByDesc(set, u"nosuch"), "-");
 }
 
-TEST_F(MxDictionarysSet, LeavesTheWordWhenItFindsNothing) {
-  MxDictionarys set;
-  MxWord word = WordOf(u"kept", u"kept");
-  EXPECT_FALSE(set.FindWord(u"nosuch", true, word));
-  EXPECT_EQ(U8(word.primary), "kept");
-}
-
 TEST_F(MxDictionarysSet, RemovesAKey) {
   MxDictionarys set;
   Enter(set, u"dt:T", WordOf(u"T.a", u"T.a"));
@@ -79,12 +72,16 @@ TEST_F(MxDictionarysSet, CopySharesDictionariesAndHasKeysOfItsOwn) {
   EXPECT_EQ(copy.Find(u"dt:T"), set.Find(u"dt:T"));
   copy.Remove(u"dt:T");
   EXPECT_EQ(ByDesc(set, u"T.a"), "T.a");
-  set.Find(u"dt:T")->AddEntry(WordOf(u"T.b", u"T.b"));
+  set.ReplaceDfNames(u"T.a:b");
   MxDictionarys assigned;
   Enter(assigned, u"dt:U", WordOf(u"U.a", u"U.a"));
   assigned = set;
   EXPECT_EQ(KeysOf(assigned), "dt:T");
   EXPECT_EQ(ByDesc(assigned, u"T.b"), "T.b");
+  set.ReplaceDfNames(u"T.b:c");
+  EXPECT_EQ(ByDesc(assigned, u"T.b"), "T.b");  // until the copy begins a call
+  assigned.BeginCall();
+  EXPECT_EQ(ByDesc(assigned, u"T.c"), "T.c");
 }
 
 TEST_F(MxDictionarysSet, QuotesNames) {

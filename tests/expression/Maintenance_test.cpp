@@ -249,3 +249,125 @@ TEST_F(Maintenance, QuotesOfTheTextSwitchAtTheRenameOnly) {
   EXPECT_EQ(U8(rules.ChangeExpWithNewDtDfNames(u"A:B", u"", u"'[A]' + '\"A\"'")),
             "'[B]' + '\"A\"'");
 }
+
+TEST_F(Maintenance, TextThatBecomesTooLongStaysAsItIs) {
+  std::u16string list;
+  for (int i = 0; i < 26; ++i) list += u"x:x][x,";
+  EXPECT_EQ(U8(rules_.ChangeExpWithNewDtDfNames(list, u"", u"'[x]'")), "'[x]'");
+  EXPECT_EQ(rules_.errNumber(), -1);
+  EXPECT_EQ(U8(rules_.errDescription()), "With the new names the text becomes too long.");
+  EXPECT_EQ(rules_.errRecord().message, 6703);
+  EXPECT_EQ(rules_.errRecord().cause, kRequestCause);
+  EXPECT_EQ(U8(rules_.ChangeExpWithNewDtDfNames(u"x:y", u"", u"'[x]'")), "'[y]'");
+  EXPECT_EQ(rules_.errNumber(), 0);
+}
+
+TEST_F(Maintenance, NamesThatAreTooLongChangeNothing) {
+  const std::u16string longest(1000000 - 2, u'n');  // with ".a" a word of a million units
+  EXPECT_EQ(rules_.ReplaceDtOrDfNames(u"Orders:Sales,T:n" + longest, u"Customer.Name:first"), -1);
+  EXPECT_EQ(rules_.errNumber(), -1);
+  EXPECT_EQ(U8(rules_.errDescription()), "With the new names the text becomes too long.");
+  EXPECT_EQ(rules_.errRecord().message, 6703);
+  EXPECT_TRUE(Verifies(u"T.a > Orders.Qty and Customer.Name = 'x'"));
+  EXPECT_EQ(rules_.ReplaceDtOrDfNames(u"Orders:Sales", u"T.a:nn" + longest), -1);  // fields too
+  EXPECT_TRUE(Verifies(u"T.a > Orders.Qty"));
+  EXPECT_EQ(rules_.ReplaceDtOrDfNames(u"Orders:Sales,T:" + longest, u""), 0);
+  EXPECT_TRUE(Verifies(longest + u".a > Sales.Qty"));
+}
+
+// --- reading anew --------------------------------------------------------------------------------
+
+namespace {
+
+constexpr const char* kTables =
+    "create table mx_v_datafield (dtName, fldName, fldRealName, baseType, dtId, fldId,"
+    " tabRealName, tabRefName, state);"
+    "insert into mx_v_datafield values ('T', 'a', 'a', 1, 1, 1, 'T', '', 1),"
+    " ('U', 'a', 'a', 1, 2, 2, 'U', '', 1);"
+    "create table mx_v_rtfs (rttId, rtfId, fldName, realName, baseType, fldId);"
+    "create table Mx_v_Rtts (rttId, rtId, dtName, dtId, realName, refName, style, state);"
+    "insert into Mx_v_Rtts values (1, 7, 'T', 1, 'T', '', 1, 1);"
+    "insert into mx_v_rtfs values (1, 1, 'a', 'a', 1, 1);";
+constexpr const char* kRenameInDatabase =
+    "update mx_v_datafield set fldName = 'b'; update mx_v_rtfs set fldName = 'b';";
+
+class Refreshing : public testing::Test {
+ protected:
+  void SetUp() override {
+    ConnectTo(rules_, database_);
+    rules_.SetRt(u"7");
+    rules_.SetDts(u"U");
+  }
+
+  static bool Verifies(MxExpression& rules, const std::u16string& rule) {
+    std::u16string document;
+    return rules.Verify(kLogicDataType, rule, document);
+  }
+
+  const ScopedLanguage language_{u"en"};
+  const TempDatabase database_{kTables};
+  MxExpression rules_;
+};
+
+}  // namespace
+
+TEST_F(Refreshing, SeesWhatHasChangedInTheDatabase) {
+  database_.Run(kRenameInDatabase);
+  EXPECT_TRUE(Verifies(rules_, u"T.a > U.a and thisReport.T.a > 1"));
+  EXPECT_TRUE(rules_.Refresh());
+  EXPECT_EQ(rules_.errNumber(), 0);
+  EXPECT_TRUE(Verifies(rules_, u"T.b > U.b and thisReport.T.b > 1"));
+  for (const char16_t* rule : {u"T.a > 1", u"U.a > 1", u"thisReport.T.a > 1"}) {
+    EXPECT_FALSE(Verifies(rules_, rule)) << U8(rule);
+  }
+}
+
+TEST_F(Refreshing, ReachesCopies) {
+  MxExpression copy(rules_);
+  database_.Run(kRenameInDatabase);
+  EXPECT_TRUE(rules_.Refresh());
+  EXPECT_TRUE(Verifies(copy, u"T.b > U.b and thisReport.T.b > 1"));
+  EXPECT_FALSE(Verifies(copy, u"T.a > 1"));
+}
+
+TEST_F(Refreshing, LeavesAllAsItWasWhenOneReadFails) {
+  database_.Run(std::string(kRenameInDatabase) + "delete from mx_v_datafield where dtName = 'U';");
+  EXPECT_FALSE(rules_.Refresh());
+  EXPECT_EQ(rules_.errNumber(), -1);
+  EXPECT_EQ(U8(rules_.errDescription()), "The data table \"U\" does not exist or has no fields.");
+  EXPECT_TRUE(Verifies(rules_, u"T.a > U.a and thisReport.T.a > 1"));
+  EXPECT_FALSE(Verifies(rules_, u"T.b > 1"));
+  database_.Run("drop table mx_v_datafield;");
+  EXPECT_FALSE(rules_.Refresh());
+  EXPECT_EQ(rules_.errRecord().cause, kDatabaseCause);
+  EXPECT_TRUE(Verifies(rules_, u"T.a > U.a and thisReport.T.a > 1"));
+}
+
+TEST_F(Refreshing, AsksForRenamedTablesUnderTheirNewNames) {
+  MxExpression copy(rules_);
+  EXPECT_EQ(rules_.ReplaceDtOrDfNames(u"U:N", u""), 0);
+  EXPECT_FALSE(rules_.Refresh());
+  EXPECT_EQ(U8(rules_.errDescription()), "The data table \"N\" does not exist or has no fields.");
+  EXPECT_TRUE(Verifies(rules_, u"N.a > 1"));
+  database_.Run("update mx_v_datafield set dtName = 'N', fldName = 'b' where dtName = 'U';");
+  EXPECT_TRUE(copy.Refresh());  // where the table still has its old key
+  EXPECT_TRUE(Verifies(rules_, u"N.b > 1"));
+  EXPECT_TRUE(Verifies(copy, u"N.b > 1"));
+}
+
+TEST_F(Refreshing, KeepsTheLanguageInWhichATemplateWasLoaded) {
+  const ScopedLanguage chinese(u"zh-CN");
+  EXPECT_TRUE(rules_.Refresh());
+  EXPECT_TRUE(Verifies(rules_, u"thisReport.T.a > 1"));
+}
+
+TEST_F(Refreshing, ReadsNothingWhereNothingWasLoaded) {
+  MxExpression fresh;
+  EXPECT_TRUE(fresh.Refresh());
+  EXPECT_EQ(fresh.errNumber(), 0);
+  fresh.SetCAXDD(1,
+                 u"<dd><tabs><t name='T' dispName='T'><flds><f name='a' dispName='a' dt='1'/>"
+                 u"</flds></t></tabs></dd>");
+  EXPECT_TRUE(fresh.Refresh());
+  EXPECT_TRUE(Verifies(fresh, u"thisDoc.T.a > 1"));
+}

@@ -2,6 +2,7 @@
 #include "MxLexicalAnalyzer.h"
 
 #include "CpuSeconds.h"
+#include "ScopedLanguage.h"
 #include "Utf8.h"
 
 #include <gtest/gtest.h>
@@ -128,6 +129,96 @@ TEST(TextRenamer, LeavesTheErrorAlone) {
   std::u16string out;
   lexer.ChangeExpWithNewDtDfNames(kSqlServerDs, u"A:B", u"", u"A.x", out);
   EXPECT_EQ(lexer.ErrNumber(), -1);
+}
+
+namespace {
+
+constexpr std::size_t kLongest = 1000000;
+
+struct Outcome {
+  std::size_t size;
+  std::int32_t error;
+};
+
+/// Renames in `rule`; a refusal has to give back the rule itself.
+Outcome Grown(const std::u16string& tables, const std::u16string& fields,
+              const std::u16string& rule) {
+  MxLexicalAnalyzer lexer;
+  std::u16string out = u"former text";
+  lexer.ChangeExpWithNewDtDfNames(kSqlServerDs, tables, fields, rule, out);
+  const std::string text =
+      lexer.ErrNumber() == 0 ? "" : "With the new names the text becomes too long.";
+  EXPECT_EQ(U8(lexer.ErrDescription()), text);
+  EXPECT_TRUE(lexer.ErrNumber() == 0 || out == rule);
+  return {out.size(), lexer.ErrNumber()};
+}
+
+std::u16string Times(std::size_t count, const std::u16string& text) {
+  std::u16string out;
+  for (std::size_t i = 0; i < count; ++i) out += text;
+  return out;
+}
+
+std::u16string Long(std::size_t size) {
+  return std::u16string(size, u'n');
+}
+
+}  // namespace
+
+TEST(TextRenamer, RefusesAListThatDoublesTheTextAgainAndAgain) {
+  const ScopedLanguage language(u"en");
+  const CpuSeconds time;
+  // each pair makes two of every "[x]"
+  EXPECT_EQ(Grown(Times(26, u"x:x][x,"), u"", u"'[x]'").error, -1);
+  EXPECT_EQ(Grown(Times(5, u"x:x][x,"), u"", u"'[x]'").size, 2U + 32 * 3);
+  EXPECT_EQ(Grown(Times(40, u"x:x.x,"), u"", u"t.x.y").error, -1);
+  EXPECT_EQ(Grown(Times(40, u"x:x.y.x.y,"), Times(40, u"x.y:y.x.y,"), u"t.x.y").error, -1);
+  EXPECT_LT(time.Used(), 5);
+}
+
+TEST(TextRenamer, TakesAResultOfAMillionUnitsAndNoneThatIsLonger) {
+  const ScopedLanguage language(u"en");
+  struct Way {
+    std::u16string from;  // with the new name behind it
+    bool isField;
+    std::u16string rule;
+  };
+  const Way ways[] = {
+      {u"A:", false, u"A.x"},          // the head of a token
+      {u"A:", false, u"t.A.x"},        // inside
+      {u"A:", false, u"'[A]'"},        // in brackets
+      {u"A:", false, u"1 + A.x + 2"},  // with tokens around it
+      {u"A:", false, u"A.x + B.x"},    // with one behind it
+      {u"A.x:", true, u"A.x"},         // a whole token
+      {u"A.x:", true, u"t.A.x"},       // the end of one
+  };
+  for (const Way& way : ways) {
+    const std::size_t room = kLongest - way.rule.size() + 1;
+    for (const std::size_t more : {0U, 1U}) {
+      const std::u16string list = way.from + Long(room + more);
+      const Outcome made = Grown(way.isField ? u"" : list, way.isField ? list : u"", way.rule);
+      EXPECT_EQ(made.error, more == 0 ? 0 : -1) << U8(way.rule);
+      EXPECT_EQ(made.size, more == 0 ? kLongest : way.rule.size()) << U8(way.rule);
+    }
+  }
+}
+
+TEST(TextRenamer, CountsAllTokensTogether) {
+  const ScopedLanguage language(u"en");
+  const std::u16string rule = Times(100, u"A.x+");
+  // 100 names of 9,997 units and 100 times ".x+" are the limit itself
+  EXPECT_EQ(Grown(u"A:" + Long(9997), u"", rule).size, kLongest);
+  EXPECT_EQ(Grown(u"A:" + Long(9998), u"", rule).error, -1);
+}
+
+TEST(TextRenamer, RefusesALongTextOnlyWhereItGrows) {
+  const ScopedLanguage language(u"en");
+  const std::u16string rule = Times(400000, u"A.x+");
+  EXPECT_EQ(Grown(u"nosuch:B", u"", rule).size, 1600000U);
+  EXPECT_EQ(Grown(u"A:B", u"B.x:y", rule).size, 1600000U);
+  EXPECT_EQ(Grown(u"A:", u"", rule).size, 1200000U);
+  EXPECT_EQ(Grown(u"A:BB", u"", rule).error, -1);
+  EXPECT_EQ(Grown(u"A:BB", u"", rule + u"C.x").error, -1);
 }
 
 TEST(TextRenamer, HoldsLargeTextsAndOddUnits) {

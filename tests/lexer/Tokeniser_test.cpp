@@ -1,6 +1,4 @@
 // Cutting rules into tokens, through the exported lexer.
-#include "lexer/Tokeniser.h"
-
 #include "MxLexicalAnalyzer.h"
 
 #include "CpuSeconds.h"
