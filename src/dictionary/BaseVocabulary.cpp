@@ -87,7 +87,8 @@ void BuildDictDocs(BaseVocabulary& vocabulary) {
   const MxXmlNode functions = doc.NewNode(u"root");
   const MxXmlNode sysVars = doc.NewNode(u"root");
   for (const MxWord* word : vocabulary.words->SortedWords()) {
-    if (word->symbol == kSysvarCaseSymbol) continue;  // in the language, but in no document
+    // kept: a variable of the current record is in the language, but in no document.
+    if (word->symbol == kSysvarCaseSymbol) continue;
     const bool isSysVar = word->symbol >= kSmsSymbol && word->symbol <= kSysvarUserSymbol;
     AddItem(doc,
             word->symbol == kFunctionSymbol ? functions

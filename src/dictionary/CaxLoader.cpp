@@ -36,6 +36,7 @@ MXRULE_DATATYPE FieldType(std::int32_t dt) {
   for (const CaxType& row : kCaxTypes) {
     if (row.dt == dt) return row.dataType;
   }
+  // kept: a text is thrown, and the words that were read so far stay.
   throw kUnknownFieldType;
 }
 
@@ -54,6 +55,7 @@ MxWord FieldWord(const Names& table, const MxXmlNode& node, std::u16string_view 
   word.symbol = kCAXFieldSymbol;
   word.dataType = word.baseType = FieldType(ReadInt(node.GetAttr(u"dt")));
   word.primary = u"thisDoc." + table.name + u"." + field.name;
+  // kept: the names go into the template, so a "%" in one of them is a directive.
   word.outDesc = Format(u"%s." + table.dispName + u"." + field.dispName, {prefix});
   word.dtName = table.dispName;
   word.tabRealName = table.name;

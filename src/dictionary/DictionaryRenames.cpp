@@ -13,8 +13,8 @@
 namespace ORKBASE {
 namespace {
 
-/// A dictionary takes part when its name says what it was loaded from; the name of a table that
-/// holds "rt:" makes its dictionary count as a template.
+/// A dictionary takes part when its name says what it was loaded from.
+/// kept: the name of a table that holds "rt:" makes its dictionary count as a template.
 struct Kind {
   bool takesPart;
   bool isTemplate;
@@ -96,6 +96,7 @@ Outcome RenameTable(MxWord& word, bool isTemplate, const RenamePair& pair) {
     }
   } else {
     if (!word.primary.starts_with(oldPrefix)) return Outcome::kUnchanged;
+    // kept: the display form is not looked at before its head goes.
     if (!ReplaceHead(word.primary, oldPrefix.size(), newPrefix) ||
         !ReplaceHead(word.outDesc, oldPrefix.size(), newPrefix)) {
       return Outcome::kTooLong;
@@ -122,6 +123,7 @@ FieldNames NamesOf(const RenamePair& pair, bool isTemplate) {
 Outcome RenameField(MxWord& word, bool isTemplate, const FieldNames& names) {
   bool fits = false;
   if (isTemplate) {
+    // kept: here case counts, unlike below, and only the first place is looked at.
     const std::size_t at = word.primary.find(names.oldName);
     if (at == std::u16string::npos || at + names.oldName.size() != word.primary.size()) {
       return Outcome::kUnchanged;

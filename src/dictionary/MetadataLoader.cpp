@@ -54,7 +54,7 @@ MxWord ReadDataField(ORKDB::CDBRecordSet& rows) {
   return word;
 }
 
-/// The names go into the template of the display form, so a "%" in one of them is a directive.
+/// kept: the names go into the template of the display form, so a "%" in one is a directive.
 MxWord ReadFormField(ORKDB::CDBRecordSet& rows, std::u16string_view prefix) {
   MxWord word = ReadField(rows);
   word.rttId = rows.IntColumn(u"rttId", 0);
@@ -173,7 +173,7 @@ std::int32_t MxDictionarys::LoadReportTemplate(const std::u16string& id, Languag
   const Dictionary dictionary = ReadReportTemplate(id, language, tables);
   if (!dictionary) return ErrNumber();
   Enter(dictionary->name, dictionary);
-  // An error of a data table stays in this object: the lexer meets the missing table later.
+  // kept: an error of a data table stays in this object: the lexer meets the missing table later.
   if (!tables.empty()) LoadDataTables(tables);
   return 0;
 }

@@ -62,6 +62,7 @@ class OneText {
     Open(child);
   }
 
+  // kept: an operand that prints nothing takes its operator along only where it comes first.
   void Separate(const Node& node) {
     const bool first = out_.size() == node.start;
     switch (node.type) {

@@ -1,7 +1,7 @@
 // The two-text form. A comparison with a grouped operand goes to side B as a whole; what its other
-// operands had given to side A moves with it. A connective sends each operand to its own side. Some
-// of the rules below are lopsided (a prefix or postfix operator never reports that it went to B, a
-// connective brackets one side only): the split of stored rules depends on each of them.
+// operands had given to side A moves with it. A connective sends each operand to its own side.
+// kept: a prefix or postfix operator never reports that it went to B, and a connective brackets one
+// side only.
 #include "document/Composer.h"
 
 #include <utility>

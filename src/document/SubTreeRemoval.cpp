@@ -22,6 +22,7 @@ Loss LossOf(std::int32_t symbol) noexcept {
     case kOpIsNullSymbol:
     case kFunctionSymbol:
       return Loss::kKeepsOperator;
+    // kept: a minus before its one operand counts as one that lost the other.
     case kOpSumSymbol:
     case kOpMultiSymbol:
     case kOpComposeSymbol:
@@ -58,7 +59,7 @@ bool Goes(const Visit& visit, std::u16string_view tables, Tag root) {
     case Loss::kYieldsToChild:
       break;
   }
-  // The root keeps its place: with one operand it prints that operand, in its own brackets.
+  // kept: the root keeps its place: with one operand it prints that operand, in its own brackets.
   if (node != root) node.ReplaceBy(node.FirstChild());
   return false;
 }

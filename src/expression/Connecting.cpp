@@ -50,6 +50,7 @@ void MxExpression::Connect(const ConnectionSettings& settings) {
                                settings.loadSeconds);
 }
 
+// kept: false in every case, here and in the two below; the error tells how it went.
 bool MxExpression::SetRt(const std::u16string& id) {
   Reset();
   state_->rtId = id;

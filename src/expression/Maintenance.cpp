@@ -20,6 +20,7 @@ std::u16string_view TableOfToken(std::u16string_view token) {
   std::u16string_view table = pieces[0];
   if (table.starts_with(u'[')) {
     table.remove_prefix(1);
+    // kept: what stands last goes with the bracket, whatever it is.
     if (!table.empty()) table.remove_suffix(1);
   }
   return table;

@@ -94,7 +94,7 @@ bool MxExpression::Verify(MXRULE_DATATYPE type, const std::u16string& expression
     Raise(std::move(error));
     return false;
   }
-  // A text may be made of a value of any type, so type 2, and 8 with it, is parsed as 5.
+  // kept: type 2, and 8 with it, is parsed as 5: a text may be made of a value of any type.
   const bool isText = type == kStrDataType || type == kMemoDataType;
   std::int32_t refused = -1;
   if (state.parser.ParseExpr(isText ? kVarDataType : type, words, document, error, refused)) {

@@ -25,7 +25,8 @@ struct NameQuotes {
   std::u16string_view open = u"[";
   std::u16string_view close = u"]";
 
-  /// Those of a database type. The default type says nothing, so they stay as they are.
+  /// Those of a database type.
+  /// kept: the default type says nothing, so they stay as another type made them.
   void Follow(ORKDB_DSType_ENUM dsType) noexcept {
     if (dsType != kSqlServerDs) open = close = u"\"";
   }

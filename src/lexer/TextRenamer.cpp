@@ -61,6 +61,7 @@ class TokenRenamer {
   }
 
  private:
+  /// kept: a text constant is a token like any other, and tables named in it are renamed.
   bool ChangeExpWithNewDtNames(std::u16string& token) const {
     for (const TableRename& rename : tables_) {
       if (!ChangeTable(token, rename)) return false;
@@ -85,8 +86,8 @@ class TokenRenamer {
     return true;
   }
 
-  /// A whole token that matches is replaced in the rule, while the renames behind it still look at
-  /// what it was: the last match wins.
+  /// kept: a whole token that matches is replaced in the rule, while the renames behind it still
+  /// look at what it was: the last match wins.
   bool ChangeField(std::u16string& token, std::u16string& looked, const FieldRename& rename) const {
     if (EqualsIgnoringCase(looked, rename.from)) {
       return ReplacePart(token, 0, token.size(), rename.to, most_);

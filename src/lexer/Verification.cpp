@@ -50,6 +50,7 @@ bool IsHexDigitOrDot(char c) noexcept {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F') || c == '.';
 }
 
+/// kept: "inf", "nan" and hexadecimal forms are numbers, too.
 /// Whether the C library's conversion to a double, in the "C" locale, takes the whole text: blanks
 /// in front count as part of it, and so do a sign, "inf", "nan" and hexadecimal forms.
 bool IsNumber(std::u16string_view text) {
@@ -78,9 +79,9 @@ bool IsDate(std::u16string_view primary) {
   return IsDateText(ReplaceAll(primary.substr(1, primary.size() - 2), u".", u"-"));
 }
 
-/// Looks for a quote without its twin. The search begins behind the second character and stops in
-/// front of the last, so a text that begins with a doubled quote is refused and one that ends in a
-/// single one inside is not: stored rules rely on both.
+/// Looks for a quote without its twin.
+/// kept: the search begins behind the second character and stops in front of the last, so a text
+/// that begins with a doubled quote is refused and one that ends in a single one inside is not.
 bool HasUnpairedQuote(std::u16string_view primary) noexcept {
   const std::size_t last = primary.size() - 1;
   if (last < 3) return false;
@@ -121,7 +122,8 @@ bool Lexer::VerifyDataTablePostfix(const WordView& word) const {
   if (bracket == word.primary.npos) return true;
   std::u16string_view name = word.primary.substr(bracket + 1);
   if (!name.empty()) name.remove_suffix(1);
-  MxErrorRecord ignored;  // this refusal has no text of its own
+  // kept: refused without an error of its own.
+  MxErrorRecord ignored;
   return source && source->BindTable(name, ignored);
 }
 
@@ -157,6 +159,7 @@ void Lexer::VerifyDataField(WordView& word, MxErrorRecord& error) const {
   if (const MxWord* found = Find(word.outDesc)) {
     const std::u16string_view written = word.written;
     const std::int32_t token = word.token;
+    // kept: the word comes whole, and its `content` is empty.
     word = ViewOf(*found);
     word.written = written;
     word.token = token;

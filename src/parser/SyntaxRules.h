@@ -38,6 +38,7 @@ inline constexpr SyntaxRule kSyntaxRules[] = {
     {u"<term_num>",                     kNumDataType,   kInfixSemantic,    false, u"<factor_num>{<op_multi><factor_num>}"},
     {u"<factor_num>",                   kNumDataType,   kInfixSemantic,    false, u"<constant_variant_num>|(<expr_num>)|<minus_expr_num>|<func_num>|<func_var>"},
     {u"<constant_variant_num>",         kNumDataType,   kInfixSemantic,    true,  u"kConstantSymbol|kDataFieldSymbol|kFormFieldSymbol|kInputSymbol|kSysvarSymbol|kSysvarCaseSymbol|kSmsSymbol|kSysvarUserSymbol|kCAXFieldSymbol|kCAXEnumSymbol"},
+    // kept: the minus takes the whole sum behind it.
     {u"<minus_expr_num>",               kNumDataType,   kPrefixSemantic,   false, u"-<expr_num>"},
     {u"<op_sum>",                       kNumDataType,   kInfixSemantic,    false, u"+|-"},
     {u"<op_multi>",                     kNumDataType,   kInfixSemantic,    false, u"*|/|^|%"},
@@ -47,12 +48,15 @@ inline constexpr SyntaxRule kSyntaxRules[] = {
     {u"<op_compose>",                   kStrDataType,   kInfixSemantic,    false, u"&"},
     // kept: the type of texts, where its words have that of dates.
     {u"<expr_date>",                    kStrDataType,   kInfixSemantic,    false, u"<constant_variant_date>|<func_date>|<func_var>"},
+    // kept: no values of enumerations here.
     {u"<constant_variant_date>",        kDateDataType,  kInfixSemantic,    true,  u"kConstantSymbol|kDataFieldSymbol|kFormFieldSymbol|kInputSymbol|kSysvarSymbol|kSysvarCaseSymbol|kSmsSymbol|kSysvarUserSymbol|kCAXFieldSymbol"},
     {u"<expr_logic>",                   kLogicDataType, kInfixSemantic,    false, u"<term_logic>{<op_cond><term_logic>}"},
     {u"<term_logic>",                   kLogicDataType, kInfixSemantic,    false, u"<expr_comp>|<not_expr_logic>|(<expr_logic>)"},
     {u"<not_expr_logic>",               kLogicDataType, kPrefixSemantic,   false, u"not<expr_comp>|not<term_logic>"},
+    // kept: a date compares to a text, a picture and a link to nothing else.
     {u"<expr_comp>",                    kLogicDataType, kInfixSemantic,    false, u"<expr_num><op_rela><expr_num>|<expr_str><op_rela><expr_str>|<expr_pic><op_rela><expr_str>|<expr_str><op_rela><expr_pic>|<expr_date><op_rela><expr_str>|<expr_str><op_rela><expr_date>|<expr_link><op_rela><expr_str>|<expr_str><op_rela><expr_link>|<expr_str>like<expr_str>|<expr_date><op_rela><expr_date>|<variant_field><op_join><variant_field>|<expr_var><op_in><func_set>|<expr_var>between<func_between>|<expr_isNull>"},
     {u"<variant_field>",                kLogicDataType, kInfixSemantic,    false, u"kDataFieldSymbol|kFormFieldSymbol"},
+    // kept: both bind alike.
     {u"<op_cond>",                      kLogicDataType, kInfixSemantic,    false, u"and|or"},
     {u"<op_rela>",                      kLogicDataType, kInfixSemantic,    false, u"=|<>|>|>=|<|<="},
     // kept: nothing names this rule, `<expr_comp>` has the word itself.

@@ -21,7 +21,7 @@ constexpr std::int32_t kTextsInBlock = 16;
 constexpr LanguageId kEnglish = 0x0409;
 constexpr LanguageId kWhole = 0xFFFF;
 constexpr LanguageId kPrimary = 0x3FF;
-// What a reader gets that prepared its answer with blanks and then never filled it.
+// kept: what a reader gets that prepared its answer with blanks and then never filled it.
 constexpr std::size_t kUnfilledLength = 512;
 
 }  // namespace

@@ -100,7 +100,7 @@ class MxXmlDoc {
   std::vector<_xmlNode*> made_;  // to be freed where they still stand alone
 };
 
-/// What `MxXmlDoc::Load` reports, blank and line feed included.
+/// kept: what `MxXmlDoc::Load` reports, in English, blank and line feed included.
 inline constexpr std::u16string_view kXmlLoadFailure = u"Document not parsed successfully. \n";
 
 }  // namespace ORKBASE
