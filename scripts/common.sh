@@ -18,6 +18,8 @@ test_packages=(
   postgresql-15 postgresql-15-orafce libpg-query-dev
   python3-sqlglot
 )
+# What holds the sources: a second compiler, format and habits.
+lint_packages=(clang-14 clang-format-14 clang-tidy-14)
 
 say() { printf '\n== %s\n' "$*"; }
 
