@@ -14,15 +14,6 @@ namespace {
 
 constexpr std::u16string_view kDeclaration = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
-/// ` name="`
-constexpr std::u16string_view kAttrOpenings[] = {
-    u" primary=\"",      u" outDesc=\"",    u" symbol=\"", u" dataType=\"",  u" content=\"",
-    u" semanticType=\"", u" inBrackets=\"", u" text=\"",   u" transType=\"", u" targetDesc=\"",
-    u" rttId=\"",        u" rttName=\"",    u" rtfId=\"",  u" rtfName=\"",   u" created=\"",
-    u" tempTabName=\"",  u" dtId=\"",       u" fldId=\"",  u" caxTName=\"",  u" caxFName=\"",
-    u" ifgrpby=\"",      u" inSubQry=\""};
-static_assert(std::size(kAttrOpenings) == std::size(kAttrNames));
-
 /// Whether the attribute is called by its name of `kAttrNames` and nothing else.
 bool HasOwnName(const TagAttr& attr) noexcept {
   return attr.plain && attr.id != Attr::kOther;
@@ -51,7 +42,7 @@ void OpenElement(TextWriter& out, const TagNode& node) {
   out += node.text;
   for (const TagAttr* attr = node.attrs; attr; attr = attr->next) {
     if (HasOwnName(*attr)) {
-      out += kAttrOpenings[static_cast<std::size_t>(attr->id)];
+      out += OpeningOf(attr->id);
       AppendAttributeValue(out, attr->value, XmlCharacters::kAsTheyAre);
       out += u'"';
     } else {
@@ -68,11 +59,6 @@ void CloseElement(TextWriter& out, const TagNode& node) {
 }
 
 }  // namespace
-
-Attr AttrOf(std::u16string_view localName) noexcept {
-  const auto* found = std::find(std::begin(kAttrNames), std::end(kAttrNames), localName);
-  return static_cast<Attr>(found - std::begin(kAttrNames));
-}
 
 std::u16string_view TagAttr::Name() const noexcept {
   return HasOwnName(*this) ? kAttrNames[static_cast<std::size_t>(id)]

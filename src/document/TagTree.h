@@ -9,49 +9,13 @@
 #include <string>
 #include <string_view>
 
+#include "document/AttrNames.h"
 #include "foundation/Arena.h"
 #include "foundation/TextWriter.h"
 
 namespace ORKBASE {
 
 class TagTree;
-
-/// The attributes that the engine reads or writes; the names stand in `kAttrNames`.
-enum class Attr : std::uint8_t {
-  kPrimary,
-  kOutDesc,
-  kSymbol,
-  kDataType,
-  kContent,
-  kSemanticType,
-  kInBrackets,
-  kText,
-  kTransType,
-  kTargetDesc,
-  kRttId,
-  kRttName,
-  kRtfId,
-  kRtfName,
-  kCreated,
-  kTempTabName,
-  kDtId,
-  kFldId,
-  kCaxTName,
-  kCaxFName,
-  kIfGrpBy,
-  kInSubQry,
-  kOther,
-};
-
-inline constexpr std::u16string_view kAttrNames[] = {
-    u"primary",    u"outDesc",  u"symbol",    u"dataType",    u"content", u"semanticType",
-    u"inBrackets", u"text",     u"transType", u"targetDesc",  u"rttId",   u"rttName",
-    u"rtfId",      u"rtfName",  u"created",   u"tempTabName", u"dtId",    u"fldId",
-    u"caxTName",   u"caxFName", u"ifgrpby",   u"inSubQry"};
-static_assert(std::size(kAttrNames) == static_cast<std::size_t>(Attr::kOther));
-
-/// The attribute of a local name, `kOther` for a foreign one.
-Attr AttrOf(std::u16string_view localName) noexcept;
 
 /// One attribute. One inside a namespace is read by its local name, too, but writing goes past it
 /// to the plain attribute.

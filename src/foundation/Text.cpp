@@ -46,18 +46,19 @@ std::string WideToUtf8(std::u16string_view text) {
   const std::size_t plain = PlainBlocks(text);
   // A unit beyond ASCII takes three bytes at most.
   std::string out(plain + (text.size() - plain) * 3, '\0');
-  for (std::size_t i = 0; i < plain; ++i) out[i] = static_cast<char>(text[i]);
+  char* const to = out.data();  // by itself, or the compiler reads it anew for every unit
+  for (std::size_t i = 0; i < plain; ++i) to[i] = static_cast<char>(text[i]);
   std::size_t length = plain;
   for (std::size_t i = plain; i < text.size() && text[i] != u'\0';) {
     const char16_t unit = text[i];
     if (unit < 0x80) {
-      out[length++] = static_cast<char>(unit);
+      to[length++] = static_cast<char>(unit);
       ++i;
       continue;
     }
     UChar32 point = 0;
     U16_NEXT_OR_FFFD(text.data(), i, text.size(), point);
-    U8_APPEND_UNSAFE(out.data(), length, point);
+    U8_APPEND_UNSAFE(to, length, point);
   }
   out.resize(length);
   return out;

@@ -126,26 +126,34 @@ ShapeIndex ShapeTree::WithBrackets(ShapeIndex shape) {
   return copy;
 }
 
+template <Attr kAttr>
+void ShapeTree::AppendText(std::u16string_view value) {
+  constexpr std::u16string_view kOpening = OpeningOf(kAttr);
+  text_ += kOpening;
+  AppendAttributeValue(text_, value, XmlCharacters::kAsReferences);
+  text_ += u'"';
+}
+
+template <Attr kAttr>
+void ShapeTree::AppendNumber(std::int32_t value) {
+  constexpr std::u16string_view kOpening = OpeningOf(kAttr);
+  text_ += kOpening;
+  AppendDecimal(text_, value);
+  text_ += u'"';
+}
+
 void ShapeTree::AppendElement(const Shape& shape) {
-  constexpr auto kReferences = XmlCharacters::kAsReferences;
   const WordView& word = words_[static_cast<std::size_t>(shape.word)];
-  text_ += u"<tag primary=\"";
-  AppendAttributeValue(text_, word.primary, kReferences);
-  text_ += u"\" outDesc=\"";
-  AppendAttributeValue(text_, word.outDesc, kReferences);
-  text_ += u"\" symbol=\"";
-  AppendDecimal(text_, word.symbol);
-  text_ += u"\" dataType=\"";
-  AppendDecimal(text_, word.dataType);
-  text_ += u"\" content=\"";
-  AppendAttributeValue(text_, word.content, kReferences);
-  if (shape.bracketsFirst) text_ += u"\" inBrackets=\"1";
-  if (shape.semanticType >= 0) {
-    text_ += u"\" semanticType=\"";
-    AppendDecimal(text_, shape.semanticType);
-  }
-  if (shape.inBrackets && !shape.bracketsFirst) text_ += u"\" inBrackets=\"1";
-  text_ += shape.childCount > 0 ? std::u16string_view(u"\">\n") : std::u16string_view(u"\"/>");
+  text_ += u"<tag";
+  AppendText<Attr::kPrimary>(word.primary);
+  AppendText<Attr::kOutDesc>(word.outDesc);
+  AppendNumber<Attr::kSymbol>(word.symbol);
+  AppendNumber<Attr::kDataType>(word.dataType);
+  AppendText<Attr::kContent>(word.content);
+  if (shape.bracketsFirst) AppendNumber<Attr::kInBrackets>(1);
+  if (shape.semanticType >= 0) AppendNumber<Attr::kSemanticType>(shape.semanticType);
+  if (shape.inBrackets && !shape.bracketsFirst) AppendNumber<Attr::kInBrackets>(1);
+  text_ += shape.childCount > 0 ? std::u16string_view(u">\n") : std::u16string_view(u"/>");
 }
 
 std::u16string_view ShapeTree::ToText(ShapeIndex root) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "document/AttrNames.h"
 #include "foundation/TextWriter.h"
 #include "foundation/WordView.h"
 
@@ -63,6 +64,10 @@ class ShapeTree {
   ShapeIndex WithSemanticType(ShapeIndex shape, std::int32_t semanticType);
   ShapeIndex WithBrackets(ShapeIndex shape);
   ShapeIndex Copy(ShapeIndex shape);
+  template <Attr kAttr>
+  void AppendText(std::u16string_view value);
+  template <Attr kAttr>
+  void AppendNumber(std::int32_t value);
   void AppendElement(const Shape& shape);
 
   std::span<const WordView> words_;

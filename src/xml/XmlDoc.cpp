@@ -1,128 +1,96 @@
-// The thin layer over libxml2's trees.
+// Trees of small documents. No operation recurses over their depth.
 #include "xml/XmlDoc.h"
 
 #include "foundation/Text.h"
-#include "xml/XmlParser.h"
+#include "foundation/TextWriter.h"
+#include "xml/XmlReader.h"
 #include "xml/XmlText.h"
 
-#include <libxml/parser.h>
-#include <libxml/tree.h>
-#include <libxml/xpath.h>
-
-#include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace ORKBASE {
+
 namespace {
 
-const xmlChar* Xml(const std::string& text) {
-  return reinterpret_cast<const xmlChar*>(text.c_str());
+/// As a document could hold it.
+std::u16string Fit(std::u16string_view text) {
+  return Utf8ToWide(WideToUtf8(text));
 }
 
-std::string_view View(const xmlChar* text) {
-  return reinterpret_cast<const char*>(text);
+void Unlink(XmlNode& node) noexcept {
+  if (!node.parent) return;
+  (node.previous ? node.previous->next : node.parent->first) = node.next;
+  (node.next ? node.next->previous : node.parent->last) = node.previous;
+  node.parent = node.previous = node.next = nullptr;
 }
 
-struct XmlTextDeleter {
-  void operator()(xmlChar* text) const noexcept { xmlFree(text); }
-};
-using XmlTextPtr = std::unique_ptr<xmlChar, XmlTextDeleter>;
-
-struct XPathContextDeleter {
-  void operator()(xmlXPathContextPtr context) const noexcept { xmlXPathFreeContext(context); }
-};
-
-void IgnoreXPathError(void* /*data*/, xmlErrorPtr /*error*/) {}
-
-std::u16string AttrValue(xmlNodePtr node, const xmlChar* name) {
-  const XmlTextPtr value(xmlGetProp(node, name));
-  return value ? Utf8ToWide(View(value.get())) : std::u16string{};
+void Append(XmlNode& parent, XmlNode& child) noexcept {
+  child.parent = &parent;
+  child.previous = parent.last;
+  (parent.last ? parent.last->next : parent.first) = &child;
+  parent.last = &child;
 }
 
-xmlXPathObjectPtr Evaluate(xmlDocPtr doc, std::u16string_view path, const MxXmlNode* context) {
-  const KeepLastXmlError keep;
-  const std::unique_ptr<xmlXPathContext, XPathContextDeleter> query(xmlXPathNewContext(doc));
-  if (!query) return nullptr;
-  query->error = IgnoreXPathError;
-  if (context && *context) query->node = context->get();
-  return xmlXPathEvalExpression(Xml(WideToUtf8(path)), query.get());
-}
-
-/// True for a tree of elements with attributes and nothing else, the only kind that we write.
-bool IsPlain(xmlNodePtr node) {
-  if (node->type != XML_ELEMENT_NODE || node->ns || node->nsDef) return false;
-  xmlAttrPtr attr = node->properties;
-  while (attr && !attr->ns) attr = attr->next;
-  return !attr;
-}
-
-xmlNodePtr NextInTree(xmlNodePtr node, xmlNodePtr top) {
-  if (node->children) return node->children;
+/// The next in document order below `top`, null behind the last.
+XmlNode* NextInTree(XmlNode* node, const XmlNode* top) noexcept {
+  if (node->first) return node->first;
   while (node != top && !node->next) node = node->parent;
   return node == top ? nullptr : node->next;
 }
 
-bool IsPlainTree(xmlNodePtr top) {
-  for (xmlNodePtr node = top; node; node = NextInTree(node, top)) {
-    if (!IsPlain(node)) return false;
-  }
-  return true;
-}
-
-void AppendOpening(TextWriter& out, xmlNodePtr node, std::size_t depth) {
+void AppendOpening(TextWriter& out, const XmlNode& node, std::size_t depth) {
   AppendIndent(out, depth);
   out += u'<';
-  out += Utf8ToWide(View(node->name));
-  for (xmlAttrPtr attr = node->properties; attr; attr = attr->next) {
-    AppendAttribute(out, Utf8ToWide(View(attr->name)), AttrValue(node, attr->name),
-                    XmlCharacters::kAsReferences);
+  out += node.name;
+  for (const auto& [name, value] : node.attributes) {
+    AppendAttribute(out, name, value, XmlCharacters::kAsReferences);
   }
-  out += node->children ? u">\n" : u"/>";
+  out += node.first ? u">\n" : u"/>";
 }
 
-std::u16string PlainTreeText(xmlNodePtr top) {
-  TextWriter out;
-  std::size_t depth = 0;
-  xmlNodePtr node = top;
-  for (;;) {
-    AppendOpening(out, node, depth);
-    if (node->children) {
-      node = node->children;
-      ++depth;
-      continue;
-    }
-    while (node != top && !node->next) {
-      node = node->parent;
-      out += u'\n';
-      AppendIndent(out, --depth);
-      out += u"</";
-      out += Utf8ToWide(View(node->name));
-      out += u'>';
-    }
-    if (node == top) return std::u16string(out.text());
-    out += u'\n';
-    node = node->next;
+void AppendClosing(TextWriter& out, const XmlNode& node, std::size_t depth) {
+  out += u'\n';
+  AppendIndent(out, depth);
+  out += u"</";
+  out += node.name;
+  out += u'>';
+}
+
+/// Whether the names lead to the node from `top` (null: the document), or from anywhere.
+bool IsAt(const XmlNode* node, const std::vector<std::u16string_view>& names, const XmlNode* top,
+          bool anywhere) noexcept {
+  if (names.empty()) return false;
+  for (auto name = names.rbegin(); name != names.rend(); ++name, node = node->parent) {
+    if (!node || node == top || node->inNamespace || node->name != *name) return false;
   }
+  return anywhere || node == top;
 }
 
 }  // namespace
 
 // --- MxXmlNode -----------------------------------------------------------------------------------
 
-std::int32_t MxXmlNode::HasAttr(std::u16string_view name) const {
-  return node_ && xmlHasProp(node_, Xml(WideToUtf8(name))) ? 1 : 0;
+std::u16string* MxXmlNode::Find(std::u16string_view name) const noexcept {
+  if (!node_) return nullptr;
+  for (auto& [itsName, value] : node_->attributes) {
+    if (itsName == name) return &value;
+  }
+  return nullptr;
 }
 
 std::u16string MxXmlNode::GetAttr(std::u16string_view name) const {
-  if (!node_) return {};
-  const std::string wanted = WideToUtf8(name);
-  for (xmlAttrPtr attr = node_->properties; attr; attr = attr->next) {
-    if (xmlStrcmp(attr->name, Xml(wanted)) == 0) return AttrValue(node_, Xml(wanted));
-  }
-  return {};
+  const std::u16string* const value = Find(name);
+  return value ? *value : std::u16string{};
 }
 
 void MxXmlNode::SetAttr(std::u16string_view name, std::u16string_view value) {
-  if (node_) xmlSetProp(node_, Xml(WideToUtf8(name)), Xml(WideToUtf8(value)));
+  if (!node_) return;
+  if (std::u16string* const former = Find(name)) {
+    *former = Fit(value);
+  } else {
+    node_->attributes.emplace_back(name, Fit(value));
+  }
 }
 
 void MxXmlNode::SetAttr(std::u16string_view name, std::int32_t value) {
@@ -135,111 +103,102 @@ void MxXmlNode::SetAttr(std::string_view name, std::int32_t value) {
 
 void MxXmlNode::AddChild(MxXmlNode child) {
   if (!node_ || !child) return;
-  xmlUnlinkNode(child.node_);
-  xmlAddChild(node_, child.node_);
-}
-
-MxXmlNode MxXmlNode::ChildAt(std::int32_t index) const {
-  if (index < 0) return {};
-  MxXmlNode child = FirstChild();
-  while (child && index-- > 0) child = child.NextSibling();
-  return child;
+  Unlink(*child.node_);
+  Append(*node_, *child.node_);
 }
 
 MxXmlNode MxXmlNode::FirstChild() const {
-  return {owner_, node_ ? xmlFirstElementChild(node_) : nullptr};
+  return MxXmlNode(node_ ? node_->first : nullptr);
 }
 
 MxXmlNode MxXmlNode::NextSibling() const {
-  return {owner_, node_ ? xmlNextElementSibling(node_) : nullptr};
-}
-
-MxXmlNode MxXmlNode::Parent() const {
-  if (!node_ || !node_->parent || node_->parent->type != XML_ELEMENT_NODE) return {};
-  return {owner_, node_->parent};
+  return MxXmlNode(node_ ? node_->next : nullptr);
 }
 
 std::u16string MxXmlNode::ToText() const {
   if (!node_) return {};
-  if (IsPlainTree(node_)) return PlainTreeText(node_);
-  xmlBufferPtr buffer = xmlBufferCreate();
-  xmlNodeDump(buffer, node_->doc, node_, 0, 1);
-  std::u16string out = Utf8ToWide(View(xmlBufferContent(buffer)));
-  xmlBufferFree(buffer);
-  return out;
-}
-
-// --- MxXPathResult -------------------------------------------------------------------------------
-
-MxXPathResult::MxXPathResult(MxXmlDoc* owner, _xmlXPathObject* object)
-    : object_(object, xmlXPathFreeObject), owner_(owner) {}
-
-std::int32_t MxXPathResult::Count() const noexcept {
-  return object_ && object_->nodesetval ? object_->nodesetval->nodeNr : 0;
-}
-
-MxXmlNode MxXPathResult::Item(std::int32_t index) const {
-  if (index < 0 || index >= Count()) return {};
-  return {owner_, object_->nodesetval->nodeTab[index]};
+  TextWriter out;
+  std::size_t depth = 0;
+  const XmlNode* node = node_;
+  for (;;) {
+    AppendOpening(out, *node, depth);
+    if (node->first) {
+      node = node->first;
+      ++depth;
+      continue;
+    }
+    while (node != node_ && !node->next) {
+      node = node->parent;
+      AppendClosing(out, *node, --depth);
+    }
+    if (node == node_) return std::u16string(out.text());
+    out += u'\n';
+    node = node->next;
+  }
 }
 
 // --- MxXmlDoc ------------------------------------------------------------------------------------
 
-MxXmlDoc::~MxXmlDoc() {
-  Free();
-}
+/// Makes the nodes of a document that is read.
+class MxXmlDoc::Maker : public XmlVisitor {
+ public:
+  explicit Maker(MxXmlDoc& doc) : doc_(doc) {}
+
+  void Open(const XmlElement& element) override {
+    const MxXmlNode made = doc_.NewNode(Utf8ToWide(element.name.local));
+    made.get()->inNamespace = element.name.inNamespace;
+    for (const XmlAttribute& attribute : element.attributes) {
+      made.get()->attributes.emplace_back(Utf8ToWide(attribute.name.local),
+                                          Utf8ToWide(attribute.value));
+    }
+    open_.AddChild(made);
+    open_ = made;
+  }
+  void Close() override { open_ = MxXmlNode(open_.get()->parent); }
+
+ private:
+  MxXmlDoc& doc_;
+  MxXmlNode open_;
+};
 
 std::int32_t MxXmlDoc::Load(std::u16string_view text) {
   Free();
-  doc_ = ParseXml(WideToUtf8(text)).release();
-  if (doc_) return 0;
-  errNumber = 1;
-  errDescription = kXmlLoadFailure;
-  return 1;
+  MxXmlDoc read;
+  Maker maker(read);
+  if (!XmlReader({}).Read(WideToUtf8(text), maker)) {
+    errNumber = 1;
+    errDescription = kXmlLoadFailure;
+    return 1;
+  }
+  nodes_ = std::move(read.nodes_);
+  root_ = read.root_;
+  return 0;
 }
 
 void MxXmlDoc::Free() {
-  // A node that was added goes with the tree; its top is then no longer itself.
-  std::erase_if(made_, [](xmlNodePtr node) { return node->parent != nullptr; });
-  for (xmlNodePtr node : made_) xmlFreeNode(node);
-  made_.clear();
-  xmlFreeDoc(doc_);
-  doc_ = nullptr;
+  nodes_.clear();
+  root_ = nullptr;
 }
 
-MxXmlNode MxXmlDoc::Root() {
-  return {this, doc_ ? xmlDocGetRootElement(doc_) : nullptr};
+MxXmlNode MxXmlDoc::Root() const {
+  return MxXmlNode(root_);
 }
 
 MxXmlNode MxXmlDoc::NewNode(std::u16string_view name) {
-  const bool first = !doc_;
-  if (first) doc_ = xmlNewDoc(reinterpret_cast<const xmlChar*>("1.0"));
-  xmlNodePtr node = xmlNewDocNode(doc_, nullptr, Xml(WideToUtf8(name)), nullptr);
-  if (first) {
-    xmlDocSetRootElement(doc_, node);
-  } else {
-    made_.push_back(node);
+  XmlNode& made = nodes_.emplace_back();
+  made.name = name;
+  if (!root_) root_ = &made;
+  return MxXmlNode(&made);
+}
+
+MxXmlNode MxXmlDoc::Find(std::u16string_view path, const MxXmlNode* context) const {
+  const bool anywhere = path.starts_with(u"//");
+  const auto names = SplitText(anywhere ? path.substr(2) : path, u"/");
+  const XmlNode* const top = context && !anywhere ? context->get() : nullptr;
+  for (XmlNode* node = top ? top->first : root_; node; node = NextInTree(node, top)) {
+    if (IsAt(node, names, top, anywhere)) return MxXmlNode(node);
   }
-  return {this, node};
-}
-
-MxXmlNode MxXmlDoc::Find(std::u16string_view path, const MxXmlNode* context) {
-  return FindAll(path, context).Item(0);
-}
-
-MxXPathResult MxXmlDoc::FindAll(std::u16string_view path, const MxXmlNode* context) {
-  if (!doc_) return {};
-  MxXPathResult result(this, Evaluate(doc_, path, context));
-  return result.Count() > 0 ? result : MxXPathResult{};
-}
-
-std::u16string MxXmlDoc::ToText() const {
-  if (!doc_) return {};
-  xmlChar* text = nullptr;
-  int size = 0;
-  xmlDocDumpMemoryEnc(doc_, &text, &size, "UTF-8");
-  const XmlTextPtr owned(text);
-  return text ? Utf8ToWide(View(text)) : std::u16string{};
+  return {};
 }
 
 }  // namespace ORKBASE

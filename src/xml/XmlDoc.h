@@ -1,70 +1,63 @@
-// Documents through libxml2: the dictionary documents, CAX documents, and expression documents of
-// an unusual form. Expression documents of the usual form live in a `TagTree`.
+// Small documents as trees of elements and attributes: the dictionary documents, which are made,
+// and CAX documents, which are read. Expression documents live in a `TagTree`.
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <deque>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
-
-// NOLINTBEGIN(bugprone-reserved-identifier): libxml2's own names
-struct _xmlDoc;
-struct _xmlNode;
-struct _xmlXPathObject;
-// NOLINTEND(bugprone-reserved-identifier)
 
 namespace ORKBASE {
 
-class MxXmlDoc;
+/// One element.
+struct XmlNode {
+  std::u16string name;  ///< without prefix
+  bool inNamespace = false;
+  std::vector<std::pair<std::u16string, std::u16string>> attributes;  ///< local name and value
+  XmlNode* parent = nullptr;
+  XmlNode* previous = nullptr;
+  XmlNode* next = nullptr;
+  XmlNode* first = nullptr;
+  XmlNode* last = nullptr;
+};
 
-/// A place in a document: a value of two pointers that owns nothing, or the null node. Reading the
-/// null node gives empty texts, null nodes and 0; writing to it does nothing.
+/// A place in a document: a value of one pointer that owns nothing, or the null node. Reading the
+/// null node gives empty texts and null nodes; writing to it does nothing.
 class MxXmlNode {
  public:
   MxXmlNode() = default;
-  MxXmlNode(MxXmlDoc* owner, _xmlNode* node) : owner_(owner), node_(node) {}
+  explicit MxXmlNode(XmlNode* node) : node_(node) {}
 
   explicit operator bool() const noexcept { return node_ != nullptr; }
+  friend bool operator==(const MxXmlNode& a, const MxXmlNode& b) noexcept {
+    return a.node_ == b.node_;
+  }
 
-  /// 1 or 0: what tells an empty attribute from an absent one.
-  std::int32_t HasAttr(std::u16string_view name) const;
+  /// By its local name, empty for an absent attribute as for an empty one.
   std::u16string GetAttr(std::u16string_view name) const;
+  /// Replaces the value, or appends the attribute. The text ends at its first zero, lone surrogates
+  /// become U+FFFD.
   void SetAttr(std::u16string_view name, std::u16string_view value);
   void SetAttr(std::u16string_view name, std::int32_t value);
   void SetAttr(std::string_view name, std::int32_t value);
 
+  /// Takes `child`, a node of the same document, out of its place and appends it here.
   void AddChild(MxXmlNode child);
-  /// Element children only; a bad index gives the null node.
-  MxXmlNode ChildAt(std::int32_t index) const;
   MxXmlNode FirstChild() const;
   MxXmlNode NextSibling() const;
-  /// The null node above the root.
-  MxXmlNode Parent() const;
 
-  /// The element alone, indented, without an XML declaration; characters beyond ASCII stand as
-  /// references. What the host has set in libxml2 changes nothing.
+  /// The element and what is in it, indented, without an XML declaration; characters beyond ASCII
+  /// stand as references.
   std::u16string ToText() const;
 
-  _xmlNode* get() const noexcept { return node_; }
+  XmlNode* get() const noexcept { return node_; }
 
  private:
-  MxXmlDoc* owner_ = nullptr;
-  _xmlNode* node_ = nullptr;
-};
+  std::u16string* Find(std::u16string_view name) const noexcept;
 
-/// The nodes that a query found. Must not outlive the tree.
-class MxXPathResult {
- public:
-  MxXPathResult() = default;
-  MxXPathResult(MxXmlDoc* owner, _xmlXPathObject* object);
-
-  std::int32_t Count() const noexcept;
-  MxXmlNode Item(std::int32_t index) const;
-
- private:
-  std::shared_ptr<_xmlXPathObject> object_;
-  MxXmlDoc* owner_ = nullptr;
+  XmlNode* node_ = nullptr;
 };
 
 /// Owns one tree at most, and the nodes made for it that were not yet added.
@@ -73,34 +66,33 @@ class MxXmlDoc {
   MxXmlDoc() = default;
   MxXmlDoc(const MxXmlDoc&) = delete;
   MxXmlDoc& operator=(const MxXmlDoc&) = delete;
-  ~MxXmlDoc();
 
   /// 0, or 1 with the error pair set when the text (up to its first zero) does not parse; the
-  /// former tree is gone in either case. A success leaves an earlier error.
+  /// former tree is gone in either case. A success leaves an earlier error. Elements and attributes
+  /// are all that is taken in.
   std::int32_t Load(std::u16string_view text);
   void Free();
 
-  MxXmlNode Root();
+  MxXmlNode Root() const;
   /// A new element; the first of an empty document becomes its root, every other stands alone.
   MxXmlNode NewNode(std::u16string_view name);
-  /// The first node of an XPath query, from `context` or from the document.
-  MxXmlNode Find(std::u16string_view path, const MxXmlNode* context = nullptr);
-  MxXPathResult FindAll(std::u16string_view path, const MxXmlNode* context = nullptr);
-
-  /// With an XML declaration, not indented. Empty without a tree.
-  std::u16string ToText() const;
-
-  _xmlDoc* get() const noexcept { return doc_; }
+  /// The first element, in document order, at a path of names: `//a/b` is a `b` in an `a` anywhere,
+  /// `a/b` begins among the children of `context` (without one: at the root). No name finds an
+  /// element in a namespace.
+  MxXmlNode Find(std::u16string_view path, const MxXmlNode* context = nullptr) const;
 
   std::int32_t errNumber = 0;
   std::u16string errDescription;
 
  private:
-  _xmlDoc* doc_ = nullptr;
-  std::vector<_xmlNode*> made_;  // to be freed where they still stand alone
+  class Maker;
+
+  std::deque<XmlNode> nodes_;
+  XmlNode* root_ = nullptr;
 };
 
-/// kept: what `MxXmlDoc::Load` reports, in English, blank and line feed included.
+/// What `MxXmlDoc::Load` reports.
+/// kept: the same in every language, blank and line feed included, since callers compare it.
 inline constexpr std::u16string_view kXmlLoadFailure = u"Document not parsed successfully. \n";
 
 }  // namespace ORKBASE

@@ -1,12 +1,13 @@
-// The one way into libxml2's parser.
+// The one way into libxml2.
 #include "xml/XmlParser.h"
 
+#include <libxml/encoding.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
-#include <limits>
+#include <new>
 #include <utility>
 
 namespace ORKBASE {
@@ -14,6 +15,25 @@ namespace {
 
 // XML_PARSE_HUGE lifts the limit of depth; NOENT gives "&amp;" in attributes as one character.
 constexpr int kOptions = XML_PARSE_HUGE | XML_PARSE_NOENT | XML_PARSE_NONET;
+
+struct BufferDeleter {
+  void operator()(xmlBufferPtr buffer) const noexcept { xmlBufferFree(buffer); }
+};
+using BufferPtr = std::unique_ptr<xmlBuffer, BufferDeleter>;
+
+struct EncodingDeleter {
+  void operator()(xmlCharEncodingHandlerPtr handler) const noexcept {
+    xmlCharEncCloseFunc(handler);
+  }
+};
+using EncodingPtr = std::unique_ptr<xmlCharEncodingHandler, EncodingDeleter>;
+
+/// What libxml2 gave, which is null when memory was out.
+template <class Pointer>
+Pointer Made(Pointer pointer) {
+  if (!pointer) throw std::bad_alloc();
+  return pointer;
+}
 
 void IgnoreStructured(void* /*data*/, xmlErrorPtr /*error*/) {}
 void IgnoreMessage(void* /*context*/, const char* /*message*/, ...) {}
@@ -27,9 +47,7 @@ void IgnoreExternalSubset(void* /*context*/, const xmlChar* /*name*/, const xmlC
 
 /// Where a document type lets libxml2 tolerate an unknown entity, this engine does not.
 void RefuseReference(void* context, const xmlChar* /*name*/) {
-  auto* parser = static_cast<xmlParserCtxtPtr>(context);
-  parser->wellFormed = 0;
-  xmlStopParser(parser);
+  RefuseXml(*static_cast<xmlParserCtxtPtr>(context));
 }
 
 void Silence(xmlSAXHandler& sax) {
@@ -42,88 +60,107 @@ void Silence(xmlSAXHandler& sax) {
   sax.unparsedEntityDecl = IgnoreUnparsedEntity;
   sax.externalSubset = IgnoreExternalSubset;
   sax.reference = RefuseReference;
-  sax.ignorableWhitespace = sax.characters;  // kept, whatever the host wants of its own documents
 }
 
-/// Errors of an encoder go past the parser, to the error function of the thread. This puts a silent
-/// one in the place of the host's and gives it back.
-class SilentThread {
- public:
-  SilentThread() : function_(xmlStructuredError), context_(xmlStructuredErrorContext) {
-    xmlSetStructuredErrorFunc(nullptr, IgnoreStructured);
-  }
-  SilentThread(const SilentThread&) = delete;
-  SilentThread& operator=(const SilentThread&) = delete;
-  ~SilentThread() { xmlSetStructuredErrorFunc(context_, function_); }
+std::string TextOf(const xmlBuffer& buffer) {
+  const xmlChar* const text = xmlBufferContent(&buffer);
+  if (!text) return {};
+  return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(xmlBufferLength(&buffer))};
+}
 
- private:
-  xmlStructuredErrorFunc function_;
-  void* context_;
-};
+/// No input buffer: the parser reads the text where it lies.
+void PushText(xmlParserCtxt& context, const std::string& utf8) {
+  const auto* const text = reinterpret_cast<const xmlChar*>(utf8.c_str());
+  if (inputPush(&context, Made(xmlNewStringInputStream(&context, text))) < 0) {
+    throw std::bad_alloc();
+  }
+}
 
 }  // namespace
-
-void XmlDocDeleter::operator()(_xmlDoc* doc) const noexcept {
-  xmlFreeDoc(doc);
-}
 
 void XmlContextDeleter::operator()(_xmlParserCtxt* context) const noexcept {
   xmlFreeDoc(context->myDoc);
   xmlFreeParserCtxt(context);
 }
 
-struct KeepLastXmlError::Saved {
+struct QuietXml::LastError {
+  LastError() = default;
+  LastError(const LastError&) = delete;
+  LastError& operator=(const LastError&) = delete;
+  ~LastError() { xmlResetError(&error); }
+
   xmlError error{};
 };
 
-KeepLastXmlError::KeepLastXmlError() {
+QuietXml::QuietXml() {
+  [[maybe_unused]] static const bool initialised = (xmlInitParser(), true);
   if (xmlErrorPtr last = xmlGetLastError()) {
-    saved_ = std::make_unique<Saved>();
-    xmlCopyError(last, &saved_->error);
+    last_ = std::make_unique<LastError>();
+    xmlCopyError(last, &last_->error);
   }
+  function_ = xmlStructuredError;
+  data_ = xmlStructuredErrorContext;
+  xmlSetStructuredErrorFunc(nullptr, IgnoreStructured);
 }
 
-KeepLastXmlError::~KeepLastXmlError() {
-  if (saved_) {
-    xmlCopyError(&saved_->error, xmlGetLastError() ? xmlGetLastError() : &xmlLastError);
-    xmlResetError(&saved_->error);
+QuietXml::~QuietXml() {
+  xmlSetStructuredErrorFunc(data_, function_);
+  if (last_) {
+    xmlCopyError(&last_->error, xmlGetLastError() ? xmlGetLastError() : &xmlLastError);
   } else if (xmlGetLastError()) {
     xmlResetLastError();
   }
 }
 
 XmlContextPtr NewXmlContext() {
-  XmlContextPtr context(xmlNewParserCtxt());
-  if (context) Silence(*context->sax);
+  XmlContextPtr context(Made(xmlNewParserCtxt()));
+  Silence(*context->sax);
   return context;
 }
 
-bool RunXmlParser(_xmlParserCtxt& context, const std::string& utf8) {
-  xmlCtxtReset(&context);
+XmlContextPtr NewXmlContextOf(const std::string& text) {
+  XmlContextPtr context(
+      Made(xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()))));
+  Silence(*context->sax);
+  return context;
+}
+
+bool RunXmlParser(_xmlParserCtxt& context, const std::string* utf8) {
+  if (utf8) xmlCtxtReset(&context);
   xmlCtxtUseOptions(&context, kOptions);
-  // No input buffer: the parser reads the text where it lies.
-  xmlParserInputPtr input =
-      xmlNewStringInputStream(&context, reinterpret_cast<const xmlChar*>(utf8.c_str()));
-  if (!input) return false;
-  inputPush(&context, input);
+  if (utf8) PushText(context, *utf8);
   xmlParseDocument(&context);
+  // Memory that is out stops the events and need not make the document a bad one.
+  if (context.errNo == XML_ERR_NO_MEMORY || (context.wellFormed && context.disableSAX)) {
+    throw std::bad_alloc();
+  }
   return context.wellFormed == 1;
 }
 
-XmlDocPtr ParseXml(const std::string& utf8) {
-  const KeepLastXmlError keep;
-  const SilentThread silent;
-  if (utf8.size() > std::numeric_limits<int>::max()) return nullptr;
-  // With an input buffer: a declaration of another encoding is believed, whatever the bytes are.
-  const XmlContextPtr context(
-      xmlCreateMemoryParserCtxt(utf8.data(), static_cast<int>(utf8.size())));
-  if (!context) return nullptr;
-  Silence(*context->sax);
-  xmlCtxtUseOptions(context.get(), kOptions);
-  xmlParseDocument(context.get());
-  XmlDocPtr doc(context->myDoc);
-  context->myDoc = nullptr;
-  return context->wellFormed == 1 ? std::move(doc) : nullptr;
+void RefuseXml(_xmlParserCtxt& context) noexcept {
+  context.wellFormed = 0;
+  xmlStopParser(&context);
+}
+
+std::string DecodedXml(const std::string& text, const char* encoding) {
+  const EncodingPtr handler(Made(xmlFindCharEncodingHandler(encoding)));
+  const BufferPtr in(Made(xmlBufferCreateStatic(const_cast<char*>(text.data()), text.size())));
+  const BufferPtr out(Made(xmlBufferCreate()));
+  for (int before = 0; before != xmlBufferLength(in.get());) {
+    before = xmlBufferLength(in.get());
+    xmlCharEncInFunc(handler.get(), out.get(), in.get());
+  }
+  return TextOf(*out);
+}
+
+std::string WrittenXml(_xmlNode& node) {
+  const BufferPtr buffer(Made(xmlBufferCreate()));
+  const xmlChar* const encoding = node.doc->encoding;
+  node.doc->encoding = reinterpret_cast<const xmlChar*>("UTF-8");
+  const int size = xmlNodeDump(buffer.get(), node.doc, &node, 0, 0);
+  node.doc->encoding = encoding;
+  if (size < 0) throw std::bad_alloc();
+  return TextOf(*buffer);
 }
 
 }  // namespace ORKBASE

@@ -1,52 +1,61 @@
-// How the engine calls libxml2's parser: silent, without entities, files or network, and without
-// touching what the host program has set in libxml2.
+// How the engine calls libxml2: silent, without entities, files or network, and without touching
+// what the host program has set in it.
 #pragma once
 
 #include <memory>
 #include <string>
 
 // NOLINTBEGIN(bugprone-reserved-identifier): libxml2's own names
-struct _xmlDoc;
+struct _xmlError;
+struct _xmlNode;
 struct _xmlParserCtxt;
-struct _xmlSAXHandler;
 // NOLINTEND(bugprone-reserved-identifier)
 
 namespace ORKBASE {
-
-struct XmlDocDeleter {
-  void operator()(_xmlDoc* doc) const noexcept;
-};
-using XmlDocPtr = std::unique_ptr<_xmlDoc, XmlDocDeleter>;
 
 struct XmlContextDeleter {
   void operator()(_xmlParserCtxt* context) const noexcept;
 };
 using XmlContextPtr = std::unique_ptr<_xmlParserCtxt, XmlContextDeleter>;
 
-/// A parser context that says nothing. Entity declarations are not taken in, so that a reference to
-/// an entity makes a document fail. Null when memory is out.
-XmlContextPtr NewXmlContext();
-
-/// Runs the context over a whole UTF-8 text of any depth that names no other encoding. True when it
-/// is well-formed.
-bool RunXmlParser(_xmlParserCtxt& context, const std::string& utf8);
-
-/// The tree of a UTF-8 text, null when it does not parse. The text is read by the encoding that its
-/// XML declaration names, if any: one that says UTF-16 fails, one that says ISO-8859-1 gives two
-/// characters for an umlaut.
-XmlDocPtr ParseXml(const std::string& utf8);
-
-/// Puts libxml2's last error of this thread back as the host left it.
-class KeepLastXmlError {
+/// Goes around every use of libxml2: initialises it before the first one of the process, lets no
+/// error reach the thread's error function, and leaves that function and the thread's last error as
+/// the host had them.
+class QuietXml {
  public:
-  KeepLastXmlError();
-  KeepLastXmlError(const KeepLastXmlError&) = delete;
-  KeepLastXmlError& operator=(const KeepLastXmlError&) = delete;
-  ~KeepLastXmlError();
+  QuietXml();
+  QuietXml(const QuietXml&) = delete;
+  QuietXml& operator=(const QuietXml&) = delete;
+  ~QuietXml();
 
  private:
-  struct Saved;
-  std::unique_ptr<Saved> saved_;
+  struct LastError;
+
+  std::unique_ptr<LastError> last_;
+  void (*function_)(void*, _xmlError*);
+  void* data_;
 };
+
+/// A parser context that says nothing. Entity declarations are not taken in, so that a reference to
+/// an entity makes a document fail. Throws `std::bad_alloc`.
+XmlContextPtr NewXmlContext();
+/// One for a single text that is read by the encoding that its XML declaration names, whatever the
+/// bytes are: a text that says UTF-16 fails, one that says ISO-8859-1 gives two characters for an
+/// umlaut. The text is not empty and outlives the context.
+XmlContextPtr NewXmlContextOf(const std::string& text);
+
+/// Parses a whole text of any depth: with `utf8` that text, which names no other encoding, else the
+/// one that the context was made for. True when it is well-formed; throws `std::bad_alloc`.
+bool RunXmlParser(_xmlParserCtxt& context, const std::string* utf8);
+
+/// To be called from an event: the document does not parse.
+void RefuseXml(_xmlParserCtxt& context) noexcept;
+
+/// UTF-8 that the parser would read, of a text in the encoding of this name; ends where the text
+/// breaks its encoding.
+std::string DecodedXml(const std::string& text, const char* encoding);
+
+/// A node as libxml2 writes it into a document in UTF-8.
+std::string WrittenXml(_xmlNode& node);
 
 }  // namespace ORKBASE

@@ -1,4 +1,4 @@
-// Reading a document through libxml2 and writing it as one line.
+// Reading a document and writing it as one line.
 #include "CompactTree.h"
 
 #include "foundation/Text.h"
@@ -10,9 +10,8 @@ namespace {
 
 void Append(std::string& out, const MxXmlNode& node, CompactDetail detail) {
   out += WideToUtf8(node.GetAttr(u"primary"));
-  if (detail == CompactDetail::kTypes && node.HasAttr(u"semanticType") != 0) {
-    out += ":" + WideToUtf8(node.GetAttr(u"semanticType"));
-  }
+  const std::u16string type = node.GetAttr(u"semanticType");
+  if (detail == CompactDetail::kTypes && !type.empty()) out += ":" + WideToUtf8(type);
   if (node.GetAttr(u"inBrackets") == u"1") out += "()";
   const char* before = "{";
   for (MxXmlNode child = node.FirstChild(); child; child = child.NextSibling()) {

@@ -150,13 +150,38 @@ const std::vector<std::u16string>& Alternatives(const std::u16string& body) {
   return found->second;
 }
 
+xmlNodePtr NodeOf(const XmlNode& made) {
+  const auto xml = [](const std::string& text) {
+    return reinterpret_cast<const xmlChar*>(text.c_str());
+  };
+  xmlNodePtr node = xmlNewNode(nullptr, xml(WideToUtf8(made.name)));
+  for (const auto& [name, value] : made.attributes) {
+    xmlSetProp(node, xml(WideToUtf8(name)), xml(WideToUtf8(value)));
+  }
+  return node;
+}
+
 /// libxml2's own dump, so that our writer is held against it too.
-std::u16string DumpOf(MxXmlNode node) {
-  if (!node) return {};
+std::u16string DumpOf(MxXmlNode root) {
+  if (!root) return {};
+  xmlDocPtr doc = xmlNewDoc(nullptr);
+  xmlNodePtr node = NodeOf(*root.get());
+  xmlDocSetRootElement(doc, node);
+  for (const XmlNode* from = root.get(); from;) {
+    if (from->first) {
+      from = from->first;
+      node = xmlAddChild(node, NodeOf(*from));
+      continue;
+    }
+    for (; from != root.get() && !from->next; from = from->parent) node = node->parent;
+    from = from == root.get() ? nullptr : from->next;
+    if (from) node = xmlAddChild(node->parent, NodeOf(*from));
+  }
   xmlBufferPtr buffer = xmlBufferCreate();
-  xmlNodeDump(buffer, node.get()->doc, node.get(), 0, 1);
+  xmlNodeDump(buffer, doc, xmlDocGetRootElement(doc), 0, 1);
   std::u16string text = Utf8ToWide(reinterpret_cast<const char*>(xmlBufferContent(buffer)));
   xmlBufferFree(buffer);
+  xmlFreeDoc(doc);
   return text;
 }
 

@@ -1,11 +1,10 @@
-// The layer over libxml2's trees, every operation on a node and on the null node.
+// Trees of small documents, every operation on a node and on the null node.
 #include "xml/XmlDoc.h"
 
 #include "Utf8.h"
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
-#include <libxml/tree.h>
 #include <libxml/xmlerror.h>
 
 #include <string>
@@ -26,16 +25,13 @@ TEST(MxXmlNode, NullNodeReadsAsNothingAndIgnoresWrites) {
   MxXmlNode null;
   EXPECT_FALSE(null);
   EXPECT_EQ(null.get(), nullptr);
-  EXPECT_EQ(null.HasAttr(u"a"), 0);
-  EXPECT_EQ(U8(null.GetAttr(u"a")), "");
+  EXPECT_TRUE(null == doc.Root());
   null.SetAttr(u"a", u"b");
   null.SetAttr(u"a", 1);
   null.SetAttr("a", 1);
-  EXPECT_EQ(null.HasAttr(u"a"), 0);
-  EXPECT_FALSE(null.ChildAt(0));
+  EXPECT_EQ(U8(null.GetAttr(u"a")), "");
   EXPECT_FALSE(null.FirstChild());
   EXPECT_FALSE(null.NextSibling());
-  EXPECT_FALSE(null.Parent());
   EXPECT_EQ(U8(null.ToText()), "");
   null.AddChild(null);
   null.AddChild(doc.NewNode(u"tag"));
@@ -49,22 +45,27 @@ TEST(MxXmlDoc, EmptyHandleReadsAsNothing) {
   MxXmlDoc doc;
   EXPECT_FALSE(doc.Root());
   EXPECT_FALSE(doc.Find(u"//tag"));
-  EXPECT_EQ(doc.FindAll(u"//tag").Count(), 0);
-  EXPECT_EQ(U8(doc.ToText()), "");
   EXPECT_EQ(doc.errNumber, 0);
   EXPECT_EQ(U8(doc.errDescription), "");
   doc.Free();
   EXPECT_FALSE(doc.Root());
 }
 
-TEST(MxXmlNode, TellsAnEmptyAttributeFromAnAbsentOneByHasAttrOnly) {
+TEST(MxXmlNode, ReadsAnEmptyAttributeAndAnAbsentOneAlike) {
   Loaded doc(u"<tag a=''/>");
-  EXPECT_EQ(U8(doc.Root().GetAttr(u"a")), "");
+  for (const std::u16string_view name : {u"a", u"b", u"A", u""}) {
+    EXPECT_EQ(U8(doc.Root().GetAttr(name)), "") << U8(name);
+  }
+}
+
+TEST(MxXmlNode, ReadsAttributesByTheirLocalNames) {
+  Loaded doc(u"<tag xmlns:p='u' p:a='1' q:b='2' c='3' xml:d='4'/>");
+  EXPECT_EQ(U8(doc.Root().GetAttr(u"a")), "1");
+  EXPECT_EQ(U8(doc.Root().GetAttr(u"p:a")), "");
+  EXPECT_EQ(U8(doc.Root().GetAttr(u"q:b")), "2");  // nothing declares this prefix
   EXPECT_EQ(U8(doc.Root().GetAttr(u"b")), "");
-  EXPECT_EQ(doc.Root().HasAttr(u"a"), 1);
-  EXPECT_EQ(doc.Root().HasAttr(u"b"), 0);
-  EXPECT_EQ(doc.Root().HasAttr(u"A"), 0);
-  EXPECT_EQ(doc.Root().HasAttr(u""), 0);
+  EXPECT_EQ(U8(doc.Root().GetAttr(u"c")), "3");
+  EXPECT_EQ(U8(doc.Root().GetAttr(u"d")), "4");
 }
 
 TEST(MxXmlNode, DoesNotReadTheDefaultOfADocumentType) {
@@ -92,26 +93,13 @@ TEST(MxXmlNode, EndsAttributesAtTheirFirstZero) {
   EXPECT_EQ(U8(node.ToText()), "<tag a=\"x\"/>");
 }
 
-TEST(MxXmlNode, CountsElementChildrenOnly) {
+TEST(MxXmlNode, HasElementChildrenOnly) {
   Loaded doc(u"<tag> text <!-- c --><a/><![CDATA[x]]><?p i?><b/> </tag>");
   const MxXmlNode root = doc.Root();
-  EXPECT_EQ(U8(root.ChildAt(0).ToText()), "<a/>");
-  EXPECT_EQ(U8(root.ChildAt(1).ToText()), "<b/>");
-  EXPECT_FALSE(root.ChildAt(2));
-  EXPECT_FALSE(root.ChildAt(-1));
   EXPECT_EQ(U8(root.FirstChild().ToText()), "<a/>");
   EXPECT_EQ(U8(root.FirstChild().NextSibling().ToText()), "<b/>");
   EXPECT_FALSE(root.FirstChild().NextSibling().NextSibling());
-}
-
-TEST(MxXmlNode, HasNoParentAboveTheRoot) {
-  Loaded doc(u"<a><b/></a>");
-  const MxXmlNode child = doc.Root().FirstChild();
-  EXPECT_EQ(child.Parent().get(), doc.Root().get());
-  EXPECT_FALSE(doc.Root().Parent());
-  MxXmlDoc made;
-  made.NewNode(u"a");
-  EXPECT_FALSE(made.NewNode(u"b").Parent());
+  EXPECT_FALSE(root.NextSibling());
 }
 
 TEST(MxXmlNode, WritesTheElementAloneAndIndented) {
@@ -131,9 +119,9 @@ TEST(MxXmlDoc, FirstNewNodeBecomesTheRoot) {
   MxXmlDoc doc;
   const MxXmlNode first = doc.NewNode(u"first");
   const MxXmlNode second = doc.NewNode(u"second");
-  EXPECT_EQ(doc.Root().get(), first.get());
-  EXPECT_NE(doc.Root().get(), second.get());
-  EXPECT_EQ(U8(doc.ToText()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<first/>\n");
+  EXPECT_TRUE(doc.Root() == first);
+  EXPECT_FALSE(doc.Root() == second);
+  EXPECT_EQ(U8(doc.Root().ToText()), "<first/>");
 }
 
 TEST(MxXmlDoc, NewNodeAfterALoadStandsAlone) {
@@ -158,17 +146,10 @@ TEST(MxXmlDoc, FreesNodesThatWereNeverAdded) {  // the address sanitizer counts 
 
 TEST(MxXmlNode, AddChildMovesANode) {
   Loaded doc(u"<r><a><c/></a><b/></r>");
-  const MxXmlNode a = doc.Root().ChildAt(0);
-  MxXmlNode b = doc.Root().ChildAt(1);
+  const MxXmlNode a = doc.Root().FirstChild();
+  MxXmlNode b = a.NextSibling();
   b.AddChild(a.FirstChild());
   EXPECT_EQ(U8(doc.Root().ToText()), "<r>\n  <a/>\n  <b>\n    <c/>\n  </b>\n</r>");
-}
-
-TEST(MxXmlDoc, WritesADeclarationAndNoIndentation) {
-  Loaded doc(u"<a><b x='客'/></a>");
-  EXPECT_EQ(U8(doc.ToText()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a><b x=\"客\"/></a>\n");
-  Loaded again(doc.ToText());
-  EXPECT_EQ(U8(again.Root().FirstChild().GetAttr(u"x")), "客");
 }
 
 TEST(MxXmlDoc, FailedLoadGivesOneAndAUsableHandle) {
@@ -177,7 +158,6 @@ TEST(MxXmlDoc, FailedLoadGivesOneAndAUsableHandle) {
   EXPECT_EQ(doc.errNumber, 1);
   EXPECT_EQ(U8(doc.errDescription), "Document not parsed successfully. \n");
   EXPECT_FALSE(doc.Root());
-  EXPECT_EQ(U8(doc.ToText()), "");
   EXPECT_EQ(doc.Load(u"<b/>"), 0);
   EXPECT_EQ(U8(doc.Root().ToText()), "<b/>");
   EXPECT_EQ(doc.errNumber, 1);  // a success leaves an earlier error
@@ -223,48 +203,43 @@ TEST(MxXmlDoc, LoadsTheTextUpToItsFirstZero) {
   EXPECT_EQ(empty.Load(std::u16string_view(u"\0<a/>", 5)), 1);
 }
 
-TEST(MxXmlDoc, FindsTheFirstOfANodeSet) {
+TEST(MxXmlDoc, FindsTheFirstElementAtAPath) {
   Loaded doc(u"<dd><tabs><t n='1'><flds><f/></flds></t><t n='2'><flds><g/></flds></t></tabs></dd>");
   EXPECT_EQ(U8(doc.Find(u"//dd/tabs/t").GetAttr(u"n")), "1");
-  const MxXmlNode second = doc.Find(u"//t[@n='2']");
+  EXPECT_EQ(U8(doc.Find(u"dd/tabs/t").GetAttr(u"n")), "1");
+  const MxXmlNode second = doc.Find(u"//t").NextSibling();
   EXPECT_EQ(U8(doc.Find(u"flds", &second).FirstChild().ToText()), "<g/>");
+  EXPECT_EQ(U8(doc.Find(u"flds/g", &second).ToText()), "<g/>");
+  EXPECT_EQ(U8(doc.Find(u"//flds/f", &second).ToText()), "<f/>");  // from the document in any case
   EXPECT_FALSE(doc.Find(u"nosuch", &second));
+  EXPECT_FALSE(doc.Find(u"g", &second));
+  EXPECT_FALSE(doc.Find(u"t/flds", &second));
   const MxXmlNode null;
   EXPECT_EQ(U8(doc.Find(u"//dd/tabs/t", &null).GetAttr(u"n")), "1");
-  EXPECT_EQ(U8(doc.Find(u"//f").Parent().Parent().GetAttr(u"n")), "1");
 }
 
-TEST(MxXmlDoc, FindGivesTheNullNodeForQueriesWithoutNodes) {
+TEST(MxXmlDoc, FindGoesInDocumentOrder) {
+  Loaded doc(u"<r><a><x><a><b n='1'/></a></x><b n='2'/></a><b n='3'/></r>");
+  EXPECT_EQ(U8(doc.Find(u"//a/b").GetAttr(u"n")), "1");
+  EXPECT_EQ(U8(doc.Find(u"r/a/b").GetAttr(u"n")), "2");
+  EXPECT_EQ(U8(doc.Find(u"r/b").GetAttr(u"n")), "3");
+}
+
+TEST(MxXmlDoc, FindPassesNamespacesOver) {
+  Loaded doc(u"<r xmlns:p='u'><p:b n='1'/><x xmlns='u'><b n='2'/></x><b n='3'/></r>");
+  EXPECT_EQ(U8(doc.Find(u"//b").GetAttr(u"n")), "3");
+  EXPECT_FALSE(doc.Find(u"//x"));
+  EXPECT_FALSE(doc.Find(u"//p:b"));
+}
+
+TEST(MxXmlDoc, FindGivesTheNullNodeForPathsWithoutNodes) {
   Loaded doc(u"<a/>");
-  for (const std::u16string_view path :
-       {u"count(//a)", u"'text'", u"//a[", u"", u"//b", u"1 = 1", u"//客户"}) {
+  for (const std::u16string_view path : {u"", u"/", u"//", u"//b", u"//a/a", u"a/a", u"//客户"}) {
     EXPECT_FALSE(doc.Find(path)) << U8(path);
-    EXPECT_EQ(doc.FindAll(path).Count(), 0) << U8(path);
-    EXPECT_FALSE(doc.FindAll(path).Item(0)) << U8(path);
   }
 }
 
-TEST(MxXPathResult, HoldsNodesInDocumentOrder) {
-  Loaded doc(u"<r><t n='1'/><t n='2'/><x><t n='3'/></x></r>");
-  const MxXPathResult found = doc.FindAll(u"//t");
-  ASSERT_EQ(found.Count(), 3);
-  EXPECT_EQ(U8(found.Item(0).GetAttr(u"n")), "1");
-  EXPECT_EQ(U8(found.Item(1).GetAttr(u"n")), "2");
-  EXPECT_EQ(U8(found.Item(2).GetAttr(u"n")), "3");
-  EXPECT_FALSE(found.Item(3));
-  EXPECT_FALSE(found.Item(-1));
-  const MxXPathResult copy = found;  // shares what was found
-  EXPECT_EQ(copy.Item(2).get(), found.Item(2).get());
-}
-
-TEST(MxXPathResult, IsEmptyByItself) {
-  const MxXPathResult none;
-  EXPECT_EQ(none.Count(), 0);
-  EXPECT_FALSE(none.Item(0));
-}
-
-// --- the host's settings of libxml2
-// ---------------------------------------------------------------
+// --- the host's settings of libxml2 --------------------------------------------------------------
 
 namespace {
 
@@ -315,8 +290,6 @@ TEST(MxXmlDoc, NeitherChangesNorHeedsWhatTheHostHasSet) {
   EXPECT_EQ(doc.Load(u"<a x='&no;'/>"), 1);
   EXPECT_EQ(doc.Load(u"<?xml version='1.0' encoding='GBK'?><a x='\u7EBF'/>"), 1);
   ASSERT_EQ(doc.Load(u"<a>  <b/>  </a>"), 0);
-  EXPECT_FALSE(doc.Find(u"//a["));
-  EXPECT_EQ(U8(doc.ToText()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a>  <b/>  </a>\n");
   ASSERT_EQ(doc.Load(u"<a><b/></a>"), 0);
   EXPECT_EQ(U8(doc.Root().ToText()), "<a>\n  <b/>\n</a>");
   host.ExpectUntouched();
@@ -327,7 +300,6 @@ TEST(MxXmlDoc, LeavesTheHostsLastErrorAlone) {
   MxXmlDoc doc;
   EXPECT_EQ(doc.Load(u"<a><b></a>"), 1);
   EXPECT_EQ(doc.Load(u"<a/>"), 0);
-  EXPECT_FALSE(doc.Find(u"//a["));
   EXPECT_EQ(xmlGetLastError(), nullptr);
 
   xmlFreeDoc(xmlReadDoc(reinterpret_cast<const xmlChar*>("<host x='1' x='2'/>"), nullptr, nullptr,
@@ -336,7 +308,6 @@ TEST(MxXmlDoc, LeavesTheHostsLastErrorAlone) {
   const int code = xmlGetLastError()->code;
   const std::string text = xmlGetLastError()->message;
   EXPECT_EQ(doc.Load(u"<a><b></a>"), 1);
-  EXPECT_FALSE(doc.Find(u"//a["));
   ASSERT_NE(xmlGetLastError(), nullptr);
   EXPECT_EQ(xmlGetLastError()->code, code);
   EXPECT_EQ(xmlGetLastError()->message, text);
@@ -356,7 +327,6 @@ TEST(MxXmlDoc, PrintsNothing) {
              u"'?><a x='\u7EBF\u00E9' y='\u7EBF'>\u5BA2</a>");
   }
   doc.Load(u"<!DOCTYPE a SYSTEM 'file:///nosuch'><a/>");
-  EXPECT_FALSE(doc.Find(u"//a["));
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
