@@ -1,5 +1,5 @@
 // Finds the message file beside the binary that holds this code (the shared library, or a program
-// that was linked with the static one), maps it once and keeps it until the process ends.
+// that was linked with the static one), reads it once and keeps it until the process ends.
 #include "platform/MessageTexts.h"
 
 #include "OrkPlatform.h"
@@ -8,12 +8,18 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace ORKBASE {
 namespace {
@@ -33,27 +39,40 @@ std::string OwnPath() {
   return path ? path.get() : "";
 }
 
-/// The bytes of a regular file, empty when it cannot be mapped. They are never unmapped.
-std::span<const std::byte> MapFile(const std::string& path) noexcept {
+using FilePtr = std::unique_ptr<std::FILE, decltype(&std::fclose)>;
+
+/// A regular file, null for anything else of this name.
+FilePtr OpenFile(const std::string& path) noexcept {
   // Not blocking, in case that something else than a file has this name.
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (file < 0) return {};
   struct stat status {};
-  void* bytes = MAP_FAILED;
-  if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) {
-    const auto size = static_cast<std::size_t>(status.st_size);
-    bytes = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
+  const bool regular = file >= 0 && fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+  FilePtr opened(regular ? fdopen(file, "rb") : nullptr, &std::fclose);
+  if (file >= 0 && !opened) close(file);
+  return opened;
+}
+
+/// The bytes of a regular file, empty when it cannot be read. Not mapped: a file that is replaced
+/// in place must not pull them away. They are never freed, since texts are asked for until the
+/// process ends.
+std::span<const std::byte> ReadFile(const std::string& path) {
+  const FilePtr file = OpenFile(path);
+  if (!file) return {};
+  std::vector<std::byte> bytes;
+  std::array<std::byte, 4096> piece;
+  while (const std::size_t size = std::fread(piece.data(), 1, piece.size(), file.get())) {
+    bytes.insert(bytes.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(size));
   }
-  close(file);
-  if (bytes == MAP_FAILED) return {};
-  return {static_cast<const std::byte*>(bytes), static_cast<std::size_t>(status.st_size)};
+  auto* const kept = new std::byte[bytes.size()];
+  std::copy(bytes.begin(), bytes.end(), kept);
+  return {kept, bytes.size()};
 }
 
 MessageFile OpenMessageFile() {
   const std::string own = OwnPath();
   const std::size_t slash = own.rfind('/');
   if (slash == std::string::npos) return {};
-  return MessageFile(MapFile(own.substr(0, slash + 1) + kFileName));
+  return MessageFile(ReadFile(own.substr(0, slash + 1) + kFileName));
 }
 
 const MessageFile& ProcessMessages() {
