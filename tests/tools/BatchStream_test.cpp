@@ -37,11 +37,19 @@ TEST(BatchStream, TakesLargeLines) {
   EXPECT_TRUE(composed.at(0).at("a") == text);
 }
 
-TEST(BatchStream, TakesDeepJson) {
-  const std::string deep = std::string(100000, '[') + std::string(100000, ']');
-  const ToolResult result = RunTool({"batch"}, "{\"op\":\"drop\",\"id\":" + deep + "}\n");
+TEST(BatchStream, RefusesDeepJsonAndGoesOn) {
+  std::string input;
+  std::string expected;
+  for (const std::size_t levels : {31u, 32u, 100000u}) {
+    const std::string deep = std::string(levels, '[') + std::string(levels, ']');
+    input += "{\"op\":\"drop\",\"object\":\"none\",\"id\":" + deep + "}\n";
+    expected += levels < 32
+                    ? "{\"id\":" + deep + ",\"error\":\"there is no object \\\"none\\\"\"}\n"
+                    : "{\"error\":\"the line is nested more than 32 levels deep\"}\n";
+  }
+  const ToolResult result = RunTool({"batch"}, input);
   EXPECT_EQ(result.status, 0);
-  EXPECT_TRUE(result.out == "{\"id\":" + deep + "}\n");
+  EXPECT_EQ(result.out, expected);
 }
 
 /// The tool between two pipes, as another program talks to it.

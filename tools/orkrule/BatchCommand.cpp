@@ -1,8 +1,8 @@
 // `orkrule batch`: one JSON object a line in, one a line out, in the same order.
-#include "BatchLine.h"
-#include "BatchOperations.h"
 #include "Commands.h"
 #include "LineReader.h"
+
+#include "RuleService.h"
 
 #include <unistd.h>
 
@@ -11,30 +11,14 @@
 namespace ORKTOOL {
 namespace {
 
-/// The answer to one line, without its line feed.
-std::string AnswerTo(BatchSession& session, const std::string& line) {
-  BatchLine request;
-  Json answer = Json::object();
-  try {
-    request.Read(line);
-    session.Run(request, answer);
-  } catch (const BadLine& bad) {
-    answer = {{"error", bad.what}};
-  }
-  // The id stands in the answer as the very text that came in.
-  std::string fields = answer.dump();
-  if (request.Id().empty()) return fields;
-  return "{\"id\":" + request.Id() + (answer.empty() ? "" : ",") + fields.substr(1);
-}
-
 ExitStatus Run(bool flush) {
   const bool flushEach = flush || isatty(STDOUT_FILENO) != 0;
-  BatchSession session;
+  ORKBASE::RuleService service;
   LineReader input("-");
   input.set_beforeWait(FlushOutput);
   for (std::string line; input.Next(line);) {
     if (line.find_first_not_of(" \t\r\v\f") == line.npos) continue;
-    Print(AnswerTo(session, line) + "\n");
+    Print(service.Answer(line) + "\n");
     if (flushEach) FlushOutput();
   }
   return kDone;

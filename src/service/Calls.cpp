@@ -1,0 +1,197 @@
+#include "service/Calls.h"
+
+#include "service/Handlers.h"
+
+#include <algorithm>
+
+namespace ORKBASE {
+namespace {
+
+using enum FieldType;
+using enum Reach;
+
+constexpr Required kRequired;
+constexpr Optional kOptional;
+
+// What goes in, in the order in which it is checked.
+// clang-format off
+constexpr FieldIn kCopyIn[] = {
+    {"from", kText, kRequired},
+};
+constexpr FieldIn kLanguageIn[] = {
+    {"language", kText, kRequired},
+};
+constexpr FieldIn kConnectIn[] = {
+    {"server", kText,    kRequired},
+    {"port",   kInteger, 0},
+    {"proxy",  kText,    u""},
+    {"dbArgA", kText,    u""},
+    {"dbArgB", kText,    u""},
+    {"dsType", kInteger, 0},
+    {"flagA",  kBoolean, false},
+    {"flagB",  kBoolean, false},
+    {"dbArgC", kText,    u""},
+};
+constexpr FieldIn kRtIn[] = {
+    {"id_", kText, kRequired},
+};
+constexpr FieldIn kDtsIn[] = {
+    {"list", kText, kRequired},
+};
+constexpr FieldIn kCaxIn[] = {
+    {"type",     kInteger, kRequired},
+    {"document", kText,    kRequired},
+};
+constexpr FieldIn kModesIn[] = {
+    {"formDataIn",         kInteger, kOptional},
+    {"useIsNull",          kBoolean, kOptional},
+    {"rtId",               kText,    kOptional},
+    {"thiscaseVarOn1RcId", kBoolean, kOptional},
+};
+constexpr FieldIn kVerifyIn[] = {
+    {"type",       kInteger, kRequired},
+    {"expression", kText,    kRequired},
+};
+constexpr FieldIn kSpecIn[] = {
+    {"document", kText,    kRequired},
+    {"dsType",   kInteger, 0},
+    {"twoParts", kBoolean, false},
+};
+constexpr FieldIn kComposeIn[] = {
+    {"document", kText,    kRequired},
+    {"twoParts", kBoolean, false},
+};
+constexpr FieldIn kIsNullIn[] = {
+    {"expression", kText,    kRequired},
+    {"type",       kInteger, kRequired},
+};
+constexpr FieldIn kRemoveIn[] = {
+    {"expression", kText,    kRequired},
+    {"tables",     kText,    kRequired},
+    {"type",       kInteger, kRequired},
+};
+constexpr FieldIn kTablesIn[] = {
+    {"tables",     kText, kRequired},
+    {"expression", kText, kRequired},
+};
+constexpr FieldIn kRenamesIn[] = {
+    {"tableRenames", kText, kRequired},
+    {"fieldRenames", kText, kRequired},
+};
+constexpr FieldIn kRenamesInTextIn[] = {
+    {"tableRenames", kText, kRequired},
+    {"fieldRenames", kText, kRequired},
+    {"expression",   kText, kRequired},
+};
+constexpr FieldIn kDictIn[] = {
+    {"which", kText, kRequired},
+};
+constexpr FieldIn kSysTabIn[] = {
+    {"symbol", kInteger, kRequired},
+    {"text",   kText,    kRequired},
+};
+constexpr FieldIn kTranslateIn[] = {
+    {"type",       kInteger, kRequired},
+    {"expression", kText,    kRequired},
+    {"dsType",     kInteger, 0},
+    {"twoParts",   kBoolean, false},
+};
+
+// What comes out, in the order in which it is written.
+constexpr FieldOut kHelpOut[] = {
+    {"operations", kRecords},
+};
+constexpr FieldOut kTruthOut[] = {
+    {"result", kBoolean},
+};
+constexpr FieldOut kNumberOut[] = {
+    {"result", kInteger},
+};
+constexpr FieldOut kModesOut[] = {
+    {"formDataIn",         kInteger},
+    {"useIsNull",          kBoolean},
+    {"rtId",               kText},
+    {"thiscaseVarOn1RcId", kBoolean},
+};
+constexpr FieldOut kVerifyOut[] = {
+    {"result",   kBoolean},
+    {"document", kText},
+};
+constexpr FieldOut kSpecOut[] = {
+    {"result",     kBoolean},
+    {"translated", kText},
+    {"a",          kText},
+    {"b",          kText},
+};
+constexpr FieldOut kComposeOut[] = {
+    {"result", kInteger},
+    {"a",      kText},
+    {"b",      kText},
+};
+constexpr FieldOut kExpressionOut[] = {
+    {"expression", kText},
+};
+constexpr FieldOut kDocumentOut[] = {
+    {"document", kText},
+};
+constexpr FieldOut kNameOut[] = {
+    {"name", kText},
+};
+constexpr FieldOut kTranslateOut[] = {
+    {"result",     kBoolean},
+    {"document",   kText},
+    {"translated", kText},
+    {"a",          kText},
+    {"b",          kText},
+};
+
+constexpr CallRow kCalls[] = {
+    {"help",                      kNoObject,  {},               kHelpOut,       RunHelp},
+    {"new",                       kNoObject,  {},               {},             RunNew},
+    {"copy",                      kNoObject,  kCopyIn,          {},             RunCopy},
+    {"drop",                      kSession,   {},               {},             RunDrop},
+    {"SetThreadLanguage",         kSession,   kLanguageIn,      {},             RunSetThreadLanguage},
+    {"Connect",                   kSession,   kConnectIn,       {},             RunConnect},
+    {"SetRt",                     kSession,   kRtIn,            kTruthOut,      RunSetRt},
+    {"SetDts",                    kSession,   kDtsIn,           kTruthOut,      RunSetDts},
+    {"SetCAXDD",                  kSession,   kCaxIn,           kTruthOut,      RunSetCAXDD},
+    {"set",                       kSession,   kModesIn,         {},             RunSet},
+    {"get",                       kSession,   {},               kModesOut,      RunGet},
+    {"Verify",                    kStateless, kVerifyIn,        kVerifyOut,     RunVerify},
+    {"GetSpec",                   kStateless, kSpecIn,          kSpecOut,       RunGetSpec},
+    {"Compose",                   kStateless, kComposeIn,       kComposeOut,    RunCompose},
+    {"AddIsNull",                 kSession,   kIsNullIn,        kExpressionOut, RunAddIsNull},
+    {"RemoveDt",                  kStateless, kRemoveIn,        kExpressionOut, RunRemoveDt},
+    {"IsDtsInExp",                kStateless, kTablesIn,        kTruthOut,      RunIsDtsInExp},
+    {"ReplaceDtOrDfNames",        kSession,   kRenamesIn,       kNumberOut,     RunReplaceDtOrDfNames},
+    {"ChangeExpWithNewDtDfNames", kStateless, kRenamesInTextIn, kExpressionOut, RunChangeExpWithNewDtDfNames},
+    {"GetDict",                   kStateless, kDictIn,          kDocumentOut,   RunGetDict},
+    {"GetSysTabName",             kSession,   kSysTabIn,        kNameOut,       RunGetSysTabName},
+    {"Translate",                 kStateless, kTranslateIn,     kTranslateOut,  RunTranslate},
+};
+// clang-format on
+
+constexpr bool HasUniqueNames() {
+  for (const CallRow& row : kCalls) {
+    const auto same = [&row](const CallRow& other) { return row.name == other.name; };
+    if (std::count_if(std::begin(kCalls), std::end(kCalls), same) != 1) return false;
+  }
+  return true;
+}
+static_assert(HasUniqueNames());
+
+}  // namespace
+
+std::span<const CallRow> AllCalls() noexcept {
+  return kCalls;
+}
+
+const CallRow* FindCall(std::u16string_view name) noexcept {
+  const auto is = [name](const CallRow& row) {
+    return std::equal(name.begin(), name.end(), row.name.begin(), row.name.end());
+  };
+  const auto found = std::find_if(std::begin(kCalls), std::end(kCalls), is);
+  return found == std::end(kCalls) ? nullptr : &*found;
+}
+
+}  // namespace ORKBASE
