@@ -1,101 +1,40 @@
 #include "Text.h"
 
 #include <unicode/uchar.h>
+#include <unicode/ustring.h>
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
+
+#include <limits>
 
 namespace ORKTOOL {
-namespace {
-
-constexpr char32_t kReplacement = 0xFFFD;
-
-bool IsHighSurrogate(char32_t unit) {
-  return unit >= 0xD800 && unit < 0xDC00;
-}
-
-bool IsLowSurrogate(char32_t unit) {
-  return unit >= 0xDC00 && unit < 0xE000;
-}
-
-/// Number of bytes of the sequence that begins with `lead`, 0 where none can.
-std::size_t SequenceLength(unsigned char lead) {
-  if (lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead < 0xE0) return 2;
-  if (lead >= 0xE0 && lead < 0xF0) return 3;
-  if (lead >= 0xF0 && lead < 0xF5) return 4;
-  return 0;
-}
-
-/// Reads the sequence at `at`, which moves behind it; nothing where it is not well-formed.
-std::optional<char32_t> ReadSequence(std::string_view text, std::size_t& at) {
-  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-  const auto lead = static_cast<unsigned char>(text[at]);
-  const std::size_t length = SequenceLength(lead);
-  if (length == 0 || text.size() - at < length) return std::nullopt;
-  char32_t character = length == 1 ? lead : lead & (0x7Fu >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    const auto byte = static_cast<unsigned char>(text[at + i]);
-    if ((byte & 0xC0u) != 0x80) return std::nullopt;
-    character = (character << 6) | (byte & 0x3Fu);
-  }
-  const bool surrogate = IsHighSurrogate(character) || IsLowSurrogate(character);
-  if (character < kLeast[length] || character > 0x10FFFF || surrogate) return std::nullopt;
-  at += length;
-  return character;
-}
-
-void AppendUtf16(std::u16string& out, char32_t character) {
-  if (character < 0x10000) {
-    out += static_cast<char16_t>(character);
-    return;
-  }
-  out += static_cast<char16_t>(0xD7C0 + (character >> 10));
-  out += static_cast<char16_t>(0xDC00 + (character & 0x3FF));
-}
-
-void AppendUtf8(std::string& out, char32_t character) {
-  const auto trail = [&out, character](unsigned shift) {
-    out += static_cast<char>(0x80 | ((character >> shift) & 0x3F));
-  };
-  if (character < 0x80) {
-    out += static_cast<char>(character);
-  } else if (character < 0x800) {
-    out += static_cast<char>(0xC0 | (character >> 6));
-    trail(0);
-  } else if (character < 0x10000) {
-    out += static_cast<char>(0xE0 | (character >> 12));
-    trail(6), trail(0);
-  } else {
-    out += static_cast<char>(0xF0 | (character >> 18));
-    trail(12), trail(6), trail(0);
-  }
-}
-
-}  // namespace
 
 std::optional<std::u16string> FromUtf8(std::string_view text) {
-  std::u16string out;
-  out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const std::optional<char32_t> character = ReadSequence(text, at);
-    if (!character) return std::nullopt;
-    AppendUtf16(out, *character);
-  }
+  if (text.size() > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
+  const auto size = static_cast<std::int32_t>(text.size());
+  std::u16string out(text.size(), u'\0');  // no sequence takes more units than bytes
+  std::int32_t length = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  u_strFromUTF8(out.data(), size, &length, text.data(), size, &status);
+  if (U_FAILURE(status)) return std::nullopt;
+  out.resize(static_cast<std::size_t>(length));
   return out;
 }
 
 std::string ToUtf8(std::u16string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) AppendUtf8(out, NextCodePoint(text, at));
+  std::string out(text.size() * 3, '\0');  // no unit takes more bytes
+  std::size_t length = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    U8_APPEND_UNSAFE(out.data(), length, NextCodePoint(text, at));
+  }
+  out.resize(length);
   return out;
 }
 
 char32_t NextCodePoint(std::u16string_view text, std::size_t& at) {
-  const char32_t first = text[at++];
-  if (IsLowSurrogate(first)) return kReplacement;
-  if (!IsHighSurrogate(first)) return first;
-  if (at == text.size() || !IsLowSurrogate(text[at])) return kReplacement;
-  const char32_t second = text[at++];
-  return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+  char32_t point = 0;
+  U16_NEXT_OR_FFFD(text.data(), at, text.size(), point);
+  return point;
 }
 
 std::size_t CharacterWidth(char32_t character) {

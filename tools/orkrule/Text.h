@@ -9,7 +9,7 @@
 
 namespace ORKTOOL {
 
-/// The text of well-formed UTF-8, else nothing.
+/// The text of well-formed UTF-8 below 2 GiB, else nothing.
 std::optional<std::u16string> FromUtf8(std::string_view text);
 
 /// UTF-8 of a text; a lone surrogate becomes U+FFFD.
