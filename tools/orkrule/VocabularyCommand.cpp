@@ -1,12 +1,13 @@
 // `orkrule vocabulary`: the words of the rule language, from the documents that the engine makes
-// for rule editors. They are flat: one `item` with four attributes a word, which a few lines read.
+// for rule editors: one `item` with four attributes a word.
 #include "Commands.h"
 #include "Text.h"
 
 #include "MxExpression.h"
 
+#include <libxml/xmlreader.h>
+
 #include <algorithm>
-#include <charconv>
 #include <memory>
 
 namespace ORKTOOL {
@@ -25,59 +26,32 @@ struct Word {
   std::int32_t symbol = 0;
 };
 
-/// The character of a reference such as `amp`, `#60` or `#x4E2D`.
-char32_t Referred(std::string_view name) {
-  // clang-format off
-  constexpr struct { std::string_view name; char32_t character; } kNamed[] = {
-      {"lt", U'<'}, {"gt", U'>'}, {"amp", U'&'}, {"quot", U'"'}, {"apos", U'\''},
-  };
-  // clang-format on
-  for (const auto& named : kNamed) {
-    if (name == named.name) return named.character;
-  }
-  const bool hexadecimal = name.starts_with("#x");
-  const std::string_view digits = name.substr(std::min(name.size(), hexadecimal ? 2ul : 1ul));
-  std::uint32_t number = 0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), number, hexadecimal ? 16 : 10);
-  return number;
+struct FreeReader {
+  void operator()(xmlTextReader* reader) const { xmlFreeTextReader(reader); }
+};
+
+/// An attribute of the element that the reader stands on, "" where it has none.
+std::string Attribute(xmlTextReader* reader, const char* name) {
+  const auto attribute = reinterpret_cast<const xmlChar*>(name);
+  const std::unique_ptr<xmlChar, xmlFreeFunc> value(xmlTextReaderGetAttribute(reader, attribute),
+                                                    xmlFree);
+  return value ? reinterpret_cast<const char*>(value.get()) : "";
 }
 
-std::string WithoutReferences(std::string_view value) {
-  std::string text;
-  for (std::size_t at = 0; at < value.size();) {
-    const std::size_t end = value[at] == '&' ? value.find(';', at) : value.npos;
-    if (end == value.npos) {
-      text += value[at++];
-      continue;
-    }
-    const char32_t character = Referred(value.substr(at + 1, end - at - 1));
-    std::u16string wide;
-    if (character >= 0x10000) wide += static_cast<char16_t>(0xD7C0 + (character >> 10));
-    const char32_t last = character >= 0x10000 ? 0xDC00 + (character & 0x3FF) : character;
-    text += ToUtf8(wide + static_cast<char16_t>(last));
-    at = end + 1;
-  }
-  return text;
-}
-
-std::string Attribute(std::string_view element, const std::string& name) {
-  const std::string opening = " " + name + "=\"";
-  const std::size_t found = element.find(opening);
-  if (found == element.npos) return "";
-  const std::size_t begin = found + opening.size();
-  return WithoutReferences(element.substr(begin, element.find('"', begin) - begin));
+Word WordOf(xmlTextReader* reader) {
+  return {Attribute(reader, "primary"), Attribute(reader, "outdesc"),
+          std::atoi(Attribute(reader, "datatype").c_str()),
+          std::atoi(Attribute(reader, "symbol").c_str())};
 }
 
 std::vector<Word> WordsOf(const std::string& document) {
   std::vector<Word> words;
-  constexpr std::string_view kItem = "<item ";
-  for (std::size_t at = document.find(kItem); at != document.npos;
-       at = document.find(kItem, at + 1)) {
-    const std::string_view element =
-        std::string_view(document).substr(at, document.find("/>", at) - at);
-    words.push_back({Attribute(element, "primary"), Attribute(element, "outdesc"),
-                     std::atoi(Attribute(element, "datatype").c_str()),
-                     std::atoi(Attribute(element, "symbol").c_str())});
+  const std::unique_ptr<xmlTextReader, FreeReader> reader(
+      xmlReaderForMemory(document.data(), static_cast<int>(document.size()), nullptr, "UTF-8", 0));
+  while (reader && xmlTextReaderRead(reader.get()) == 1) {
+    const bool isItem = xmlTextReaderNodeType(reader.get()) == XML_READER_TYPE_ELEMENT &&
+                        xmlTextReaderDepth(reader.get()) == 1;
+    if (isItem) words.push_back(WordOf(reader.get()));
   }
   return words;
 }
