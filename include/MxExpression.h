@@ -29,9 +29,9 @@
 namespace ORKBASE {
 
 /// One rule engine with its dictionaries and its connection. A copy shares the loaded dictionaries
-/// and the connection with its source, and has modes and errors of its own.
-/// What it loads itself is its own; names that it changes and tables that it reads anew are changed
-/// for its source, and for all copies, from their next call on.
+/// and the connection with its source, and has modes and errors of its own. What it loads itself is
+/// its own; names that it changes and tables that it reads anew are changed for its source, and for
+/// all copies, from their next call on.
 ///
 /// One object serves one thread at a time. Separate objects are independent, copies too: each may
 /// be used, copied and destroyed in a thread of its own while the others work. So to serve several

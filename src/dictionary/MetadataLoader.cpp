@@ -104,6 +104,7 @@ MxErrorRecord ErrorOf(const ORKDB::CDBAccessor& accessor) {
 struct MxDictionarys::Connection {
   std::mutex mutex;
   std::unique_ptr<ORKDB::CDBAccessor> accessor;
+  std::uint64_t load = 0;  ///< number of the load that the last query belonged to
 };
 
 void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
@@ -116,6 +117,7 @@ void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
   connection->accessor = ORKDB::CDBAccessorCreator::instance()->CreateAccessor(
       {serverInfo, u"", proxyInfo, dbArgB, dsType, flagA, flagB, dbArgC, u"", loadSeconds});
   connection_ = std::move(connection);
+  load_ = 0;
 }
 
 template <class Ask>
@@ -126,8 +128,10 @@ std::unique_ptr<ORKDB::CDBRecordSet> MxDictionarys::Query(Ask ask) {
   }
   const std::lock_guard lock(connection_->mutex);
   ORKDB::CDBAccessor& accessor = *connection_->accessor;
-  if (!loadBegun_) accessor.BeginLoad();
-  loadBegun_ = true;
+  if (load_ == 0 || load_ != connection_->load) {  // where copies take turns, each begins anew
+    accessor.BeginLoad();
+    load_ = ++connection_->load;
+  }
   std::unique_ptr<ORKDB::CDBRecordSet> rows = ask(accessor);
   if (rows && accessor.errNumber == 0) return rows;
   Fail(ErrorOf(accessor));

@@ -37,7 +37,7 @@ std::u16string MxDictionarys::ErrDescription() const {
 void MxDictionarys::BeginCall() {
   dictionaries_.Renew();
   missing_.clear();
-  loadBegun_ = false;
+  load_ = 0;
 }
 
 const MxWord* MxDictionarys::FindByDesc(std::u16string_view text) const {

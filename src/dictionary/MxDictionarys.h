@@ -108,7 +108,7 @@ class MxDictionarys final : public WordSource {
 
   MxErrorRecord error_;
   std::shared_ptr<Connection> connection_;
-  bool loadBegun_ = false;  ///< the accessor was told that a load of the present call begins
+  std::uint64_t load_ = 0;  ///< number that the connection gave to this call's load; 0 for none yet
   std::shared_ptr<const BaseVocabulary> base_;
   DictionaryMap dictionaries_;
   /// Why tables could not be loaded in the present call, by the name that was asked for.

@@ -27,7 +27,8 @@ bool ReplaceAllWithin(std::u16string& text, std::u16string_view from, std::u16st
                       std::size_t most) {
   std::size_t size = text.size();
   bool isFound = false;
-  for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, at + from.size())) {
+  const std::size_t first = from.empty() ? text.npos : text.find(from);
+  for (std::size_t at = first; at != text.npos; at = text.find(from, at + from.size())) {
     isFound = true;
     size += to.size() - from.size();
     if (to.size() > from.size() && size > most) return false;

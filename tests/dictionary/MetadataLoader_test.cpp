@@ -228,8 +228,10 @@ struct CountingAccessor : ORKDB::CDBAccessor {
     SetError(inner->errNumber, inner->ErrDescription());
     return rows;
   }
+  void BeginLoad() override { ++loads; }
   std::unique_ptr<ORKDB::CDBAccessor> inner;
   static inline int queries = 0;
+  static inline int loads = 0;
   static inline std::vector<std::string> statements;
   static inline std::vector<std::string> parameters;
 };
@@ -238,7 +240,7 @@ struct CountingAccessor : ORKDB::CDBAccessor {
 class CountedQueries {
  public:
   CountedQueries() {
-    CountingAccessor::queries = 0;
+    CountingAccessor::queries = CountingAccessor::loads = 0;
     Creator().RegisterKind(u"counting:", [](const ORKDB::AccessorRequest& request) {
       const ORKDB::MxSvrInfo server(u"sqlite:" + request.location, 0, u"", u"");
       return std::make_unique<CountingAccessor>(Creator().CreateAccessor(
@@ -320,6 +322,25 @@ TEST_F(MetadataLoader, AsksAServerThatFailedOnceInACall) {
   set.BeginCall();
   EXPECT_FALSE(set.BindTable(u"T", error));
   EXPECT_EQ(error.cause, kRequestCause);
+}
+
+TEST_F(MetadataLoader, LoadsOfCopiesThatTakeTurnsDoNotShareALimitOfTime) {
+  const CountedQueries counted;
+  MxDictionarys set;
+  counted.Connect(set, SampleDatabase());
+  MxDictionarys copy(set);
+  set.BeginCall();
+  EXPECT_EQ(set.LoadDataTables(u"T,Orders"), 0);
+  EXPECT_EQ(CountingAccessor::loads, 1);  // both tables are of one load
+  copy.BeginCall();
+  EXPECT_EQ(CountingAccessor::loads, 1);  // a call that asks for nothing begins none
+  EXPECT_EQ(copy.LoadDataTable(u"T"), 0);
+  EXPECT_EQ(CountingAccessor::loads, 2);
+  EXPECT_EQ(set.LoadDataTable(u"Customer"), 0);
+  EXPECT_EQ(CountingAccessor::loads, 3);  // not what the other has left of its time
+  set.BeginCall();
+  EXPECT_EQ(set.LoadDataTable(u"Stock"), 0);
+  EXPECT_EQ(CountingAccessor::loads, 4);
 }
 
 TEST_F(MetadataLoader, ReadsATemplateAndItsTablesAnewWithOneQueryEach) {

@@ -40,6 +40,23 @@ TEST(Rename, CarriesNamesIntoRules) {
   EXPECT_EQ(both.Json().at(0).dump(), R"({"rule":"A.x","renamed":"B.y"})");
 }
 
+TEST(Rename, KeepsARuleThatTheNewNamesMakeTooLong) {
+  std::string doubling;
+  for (int i = 0; i < 26; ++i) doubling += (i == 0 ? "" : ",") + std::string("x:x][x");
+  const std::string reason = "With the new names the text becomes too long.";
+  const ToolResult plain = RunTool({"rename", "--tables", doubling}, "'[x]'\nx.a\n");
+  EXPECT_EQ(plain.status, 1);
+  EXPECT_EQ(plain.out, "x][x.a\n");
+  EXPECT_EQ(plain.err, "orkrule: line 1: " + reason + "\n  '[x]'\n");
+  const auto json = RunTool({"rename", "--json", "--tables", doubling, "'[x]'"}).Json().at(0);
+  EXPECT_EQ(json.dump(),
+            R"({"rule":"'[x]'","renamed":"'[x]'","error":{"number":-1,"text":")" + reason + "\"}}");
+  const ToolResult checked =
+      RunTool({"rename", "--db", kSampleDb, "--check", "--tables", doubling, "'[x]' = 'a'"});
+  EXPECT_EQ(checked.status, 1);
+  EXPECT_EQ(checked.err, "orkrule: " + reason + "\n  '[x]' = 'a'\n");
+}
+
 TEST(Rename, ChecksTheRenamedRules) {
   const ToolResult value = RunTool({"rename", "--db", kSampleDb, "--check", "--type", "any",
                                     "--tables", "Orders:Sales", "--fields", "Sales.Qty:Pieces"},

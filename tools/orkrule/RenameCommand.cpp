@@ -54,14 +54,28 @@ class RenameRun {
   ExitStatus All() {
     RuleInput input(options_.rules);
     if (options_.check) return CheckedAll(input);
-    while (const std::optional<Rule> rule = input.Next()) Show(*rule, Renamed(*rule), std::nullopt);
-    return kDone;
+    ExitStatus status = kDone;
+    while (const std::optional<Rule> rule = input.Next()) {
+      const RenamedRule renamed = Renamed(*rule);
+      if (renamed.refusal) status = kRefused;
+      Show(*rule, renamed);
+    }
+    return status;
   }
 
  private:
-  std::u16string Renamed(const Rule& rule) {
-    std::u16string renamed;
-    lexer_.ChangeExpWithNewDtDfNames(dialect_, tables_, fields_, rule.text, renamed);
+  struct RenamedRule {
+    std::u16string text;  ///< as it was where the new names make it too long
+    std::optional<Refusal> refusal = std::nullopt;
+  };
+
+  RenamedRule Renamed(const Rule& rule) const {
+    RenamedRule renamed;
+    ORKBASE::MxLexicalAnalyzer lexer;
+    lexer.ChangeExpWithNewDtDfNames(dialect_, tables_, fields_, rule.text, renamed.text);
+    if (lexer.ErrNumber() != 0) {
+      renamed.refusal = Refusal{lexer.ErrNumber(), lexer.ErrDescription()};
+    }
     return renamed;
   }
 
@@ -72,33 +86,33 @@ class RenameRun {
       VerifyRule(engine, rule->type, rule->text);
       rules.push_back(*std::move(rule));
     }
-    engine.ReplaceDtOrDfNames(tables_, fields_);
+    if (engine.ReplaceDtOrDfNames(tables_, fields_) != 0) {
+      throw Failure{kBadUsage, ToUtf8(engine.errDescription())};
+    }
     ExitStatus status = kDone;
     for (const Rule& rule : rules) {
-      const Rule renamed{Renamed(rule), rule.place, rule.type};
-      std::optional<Refusal> refusal;
-      const Verification made = VerifyRule(engine, renamed.type, renamed.text);
-      if (!made.type) {
-        refusal = RefusalOf(made.error);
-        status = kRefused;
+      RenamedRule renamed = Renamed(rule);
+      if (!renamed.refusal) {
+        const Verification made = VerifyRule(engine, rule.type, renamed.text);
+        if (!made.type) renamed.refusal = RefusalOf(made.error);
       }
-      Show(rule, renamed.text, refusal);
+      if (renamed.refusal) status = kRefused;
+      Show(rule, renamed);
     }
     return status;
   }
 
-  void Show(const Rule& rule, const std::u16string& renamed,
-            const std::optional<Refusal>& refusal) const {
+  void Show(const Rule& rule, const RenamedRule& renamed) const {
     if (options_.rules.json) {
-      Json json = {{"rule", ToUtf8(rule.text)}, {"renamed", ToUtf8(renamed)}};
-      if (refusal) json["error"] = RefusalJson(renamed, *refusal);
+      Json json = {{"rule", ToUtf8(rule.text)}, {"renamed", ToUtf8(renamed.text)}};
+      if (renamed.refusal) json["error"] = RefusalJson(renamed.text, *renamed.refusal);
       PrintJson(json);
       return;
     }
-    if (!refusal) {
-      Print(ToUtf8(renamed) + "\n");
+    if (!renamed.refusal) {
+      Print(ToUtf8(renamed.text) + "\n");
     } else {
-      ReportRefusal({renamed, rule.place, rule.type}, *refusal);
+      ReportRefusal({renamed.text, rule.place, rule.type}, *renamed.refusal);
     }
   }
 
@@ -107,7 +121,6 @@ class RenameRun {
   std::u16string fields_;
   ORKBASE::ORKDB_DSType_ENUM dialect_;
   Engine engine_;
-  ORKBASE::MxLexicalAnalyzer lexer_;
 };
 
 }  // namespace
