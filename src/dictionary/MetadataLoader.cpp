@@ -1,5 +1,6 @@
 // Reading report templates and data tables from the metadata views.
 #include <mutex>
+#include <unordered_set>
 #include <utility>
 
 #include "dictionary/MxDictionarys.h"
@@ -67,21 +68,32 @@ MxWord ReadFormField(ORKDB::CDBRecordSet& rows, std::u16string_view prefix) {
   return word;
 }
 
-void AddName(std::u16string& list, const std::u16string& name) {
-  if (name.empty() || IsListItem(list, name)) return;
-  if (!list.empty()) list += u',';
-  list += name;
-}
+/// A comma list that takes each name once. A name that holds commas is not found again, but each
+/// of its pieces is.
+class NameList {
+ public:
+  void Add(const std::u16string& name) {
+    if (name.empty() || pieces_.contains(name)) return;
+    if (!text.empty()) text += u',';
+    text += name;
+    for (const std::u16string_view piece : SplitText(name, u",")) pieces_.emplace(piece);
+  }
+
+  std::u16string text;
+
+ private:
+  std::unordered_set<std::u16string> pieces_;
+};
 
 std::u16string ReadTemplateRows(ORKDB::CDBRecordSet& rows, MxDictionary& dictionary) {
   const std::u16string prefix = LoadMessage(kMsgThisReport, dictionary.language);
-  std::u16string tables;
+  NameList tables;
   for (; !rows.EndOfRows(); rows.NextRow()) {
     const MxWord word = ReadFormField(rows, prefix);
     dictionary.AddEntry(word);
-    AddName(tables, word.dtName);
+    tables.Add(word.dtName);
   }
-  return tables;
+  return std::move(tables.text);
 }
 
 std::u16string KeyOf(std::u16string_view mark, std::u16string_view name) {

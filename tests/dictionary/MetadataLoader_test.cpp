@@ -5,6 +5,7 @@
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
 
+#include "CpuSeconds.h"
 #include "DictionaryWords.h"
 #include "SampleDatabase.h"
 
@@ -399,6 +400,38 @@ TEST_F(MetadataLoader, NamesEachTableOfATemplateOnce) {
   EXPECT_EQ(set.ErrNumber(), 0);
   EXPECT_EQ(KeysOf(set), "dt:T dt:T1 rt:7");
   EXPECT_EQ(WordsOf(set, u"rt:7"), "thisReport..d thisReport.T.a thisReport.T.b thisReport.T1.c");
+}
+
+TEST_F(MetadataLoader, TakesAListOfTablesForTheTablesOfATemplate) {
+  const TempDatabase database(
+      std::string(kViews) +
+      "insert into Mx_v_Rtts values (1, 7, 'A,B', 1, '', '', 1, 1), (2, 7, 'B', 2, '', '', 1, 1),"
+      " (3, 7, 'A,B', 3, '', '', 1, 1), (4, 7, 'C', 4, '', '', 1, 1);"
+      "insert into mx_v_rtfs values (1, 1, 'a', 'a', 1, 1), (2, 2, 'b', 'b', 1, 2),"
+      " (3, 3, 'c', 'c', 1, 3), (4, 4, 'd', 'd', 1, 4);"
+      "insert into mx_v_datafield values ('A', 'a', 'a', 1, 1, 1, '', '', 1),"
+      " ('B', 'b', 'b', 1, 1, 1, '', '', 1), ('C', 'c', 'c', 1, 1, 1, '', '', 1);");
+  MxDictionarys set;
+  Connect(set, database);
+  EXPECT_EQ(set.LoadReportTemplate(u"7"), 0);
+  EXPECT_EQ(set.ErrNumber(), 0);
+  EXPECT_EQ(KeysOf(set), "dt:A dt:B dt:C rt:7");
+}
+
+// Each name was once compared with all names before it.
+TEST_F(MetadataLoader, ListsManyTablesOfATemplateInLinearTime) {
+  const TempDatabase database(
+      std::string(kViews) +
+      "with recursive n(i) as (select 1 union all select i + 1 from n where i < 40000)"
+      " insert into Mx_v_Rtts select i, 7, 'Table' || i, i, '', '', 1, 1 from n;"
+      "insert into mx_v_rtfs select rttId, rttId, 'a', 'a', 1, 1 from Mx_v_Rtts;"
+      "insert into mx_v_datafield values ('Table1', 'a', 'a', 1, 1, 1, '', '', 1);");
+  MxDictionarys set;
+  Connect(set, database);
+  const CpuSeconds time;
+  EXPECT_EQ(set.LoadReportTemplate(u"7"), 0);
+  EXPECT_LT(time.Used(), 3);
+  EXPECT_EQ(KeysOf(set), "dt:Table1 rt:7");  // the second table does not exist
 }
 
 TEST_F(MetadataLoader, TakesAPercentSignInAFormFieldAsADirective) {

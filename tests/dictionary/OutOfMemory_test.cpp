@@ -4,53 +4,12 @@
 
 #include "DictionaryWords.h"
 #include "SampleDatabase.h"
+#include "ScarceNew.h"
 #include "ScopedLanguage.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <new>
-
-namespace {
-
-/// How many allocations are left; negative: any number.
-thread_local int allowance = -1;
-
-void* Allocate(std::size_t size) noexcept {
-  if (allowance == 0) return nullptr;
-  if (allowance > 0) --allowance;
-  return std::malloc(size == 0 ? 1 : size);
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  void* const memory = Allocate(size);
-  if (!memory) throw std::bad_alloc();
-  return memory;
-}
-void* operator new[](std::size_t size) {
-  return operator new(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-// Not inline, lest the compiler sees free() at the end of what came from new.
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
 
 using namespace ORKBASE;
 

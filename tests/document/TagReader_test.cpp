@@ -81,16 +81,26 @@ TEST(TagReader, WritesDocumentsOfAnyFormAsLibxml2Does) {
       u"<tag><!-- c --><tag/><!-- d --></tag>",
       u"<!-- before --><tag/><!-- behind -->",
       u"<tag><![CDATA[a < b]]></tag>",
+      u"<tag><![CDATA[]]></tag>",
+      u"<tag><![CDATA[a]]><![CDATA[b]]>c<![CDATA[d]]></tag>",
+      u"<tag><![CDATA[a]]]]><![CDATA[>b]]></tag>",
+      u"<tag><![CDATA[a]]><!-- c --><![CDATA[b\r\u00E9]]></tag>",
       u"<tag><?target data?><tag/></tag>",
+      u"<tag><?target ?><?target?><?target \u5BA2 &amp; <x>?></tag>",
       u"<?target data?>\n<tag/>\n<?target?>",
       u"<tag xmlns='urn:a'><tag/></tag>",
       u"<p:tag xmlns:p='urn:a' p:text='1' text='2'><p:tag/></p:tag>",
       u"<tag xmlns:p='urn:a'><p:tag p:text='1'/></tag>",
+      u"<tag xmlns='urn:a' xmlns:p='urn:b'><p:tag/><tag xmlns='' xmlns:p='urn:c'/></tag>",
+      u"<p:tag p:text='1' text='2'/>",
       u"<tag xml:lang='en'/>",
       u"<tag xml:space='preserve'> <tag/></tag>",
       u"<!DOCTYPE tag><tag/>",
       u"<!DOCTYPE tag SYSTEM 'nosuch.dtd'><tag/>",
       u"<!DOCTYPE tag [<!ELEMENT tag ANY><!ATTLIST tag text CDATA 'x'>]><tag><tag text='y'/></tag>",
+      u"<!-- a --><!DOCTYPE tag [<!-- b --><?c d?><!NOTATION n SYSTEM 'o'>"
+      u"<!ATTLIST tag text (x|y) #IMPLIED xmlns:p CDATA 'urn:a'>]><?g?><tag/><!-- h -->",
+      u"<!DOCTYPE tag [<!ATTLIST tag text NMTOKENS #IMPLIED>]><tag text='  a   b '/>",
       u"<?xml version='1.0'?><tag/>",
       u"<?xml version='1.1'?><tag/>",
       u"<?xml version='1.0' standalone='yes'?><tag/>",
@@ -309,6 +319,39 @@ TEST(TagReader, NeitherChangesNorHeedsWhatTheHostHasSet) {
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- c -->\n<tag>\n  <tag/>\n</tag>\n");
 }
 
+namespace {
+
+std::u16string Repeated(std::u16string_view text, std::size_t times) {
+  std::u16string out;
+  while (times-- > 0) out += text;
+  return out;
+}
+
+}  // namespace
+
+// Most of these once cost time that grew with the square of the length, up to a minute each.
+TEST(TagReader, ReadsOddDocumentsInLinearTime) {
+  constexpr std::size_t kTimes = 50000;
+  const std::u16string documents[] = {
+      Repeated(u"<!-- c -->", kTimes) + u"<tag/>",
+      u"<tag/>" + Repeated(u"<?p?>", kTimes),
+      u"<tag xmlns:p='u'>" + Repeated(u"<tag p:a='1'>", kTimes) + Repeated(u"</tag>", kTimes) +
+          u"</tag>",
+      u"<tag>" + Repeated(u"<![CDATA[x]]>", kTimes) + u"</tag>",
+      u"<tag>" + Repeated(u"<!-- c -->&lt;", kTimes) + u"<tag/></tag>",
+      u"<tag text='" + Repeated(u"&#65;", kTimes) + u"'/>",
+  };
+  for (const std::u16string& text : documents) {
+    const CpuSeconds time;
+    TagTree tree;
+    EXPECT_TRUE(ReadTagTree(text, tree)) << U8(text.substr(0, 40));
+    EXPECT_FALSE(tree.ToText().empty());
+    MxXmlDoc doc;
+    EXPECT_EQ(doc.Load(text), 0) << U8(text.substr(0, 40));
+    EXPECT_LT(time.Used(), 3) << U8(text.substr(0, 40));
+  }
+}
+
 TEST(TagReader, ReadsDocumentsOfAnyDepth) {
   constexpr int kDepth = 100000;
   std::u16string text;
@@ -327,7 +370,7 @@ TEST(TagReader, ReadsDocumentsOfAnyDepth) {
   EXPECT_FALSE(Reads(text));
 }
 
-TEST(TagReader, ReadsOnAfterFailuresAndThousandsOfDocuments) {
+TEST(TagReader, ReadsOnAfterFailuresAndThousandsOfNames) {
   TagTree tree;
   for (int i = 0; i < 9000; ++i) {
     const std::u16string name = u"n" + Decimal(i);
