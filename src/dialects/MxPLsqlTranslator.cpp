@@ -24,7 +24,7 @@ constexpr DialectFields kFields = {
 // clang-format off
 constexpr ReplacementRow kRows[] = {
     {u"quarter",      DatePart{u"'q'"}},
-    {u"weekDay",      DatePart{u"'d'"}},
+    {u"weekDay",      DatePart{u"'d'"}},  // kept: each database numbers the days in its own way
     {u"year",         DatePart{u"'yyyy'"}},
     {u"month",        DatePart{u"'mm'"}},
     {u"day",          DatePart{u"'dd'"}},

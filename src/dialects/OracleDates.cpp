@@ -44,7 +44,7 @@ constexpr DifferencePart kDifferenceParts[] = {
     {u"dd", Difference::kTruncated, u"'dd'",   u""},
     {u"hh", Difference::kTruncated, u"'hh24'", u"24"},
     {u"mi", Difference::kTruncated, u"'mi'",   u"24*60"},
-    {u"ss", Difference::kTruncated, u"'ss'",   u"24*60*60"},
+    {u"ss", Difference::kTruncated, u"'ss'",   u"24*60*60"},  // kept: no format of `trunc`
 };
 // clang-format on
 

@@ -16,8 +16,10 @@ struct DialectFields {
   /// In front of the names of the user functions that the business database holds. Nothing: they
   /// have no row, and go to the database under the names that the rule language gives them.
   std::optional<std::u16string_view> userPrefix;
-  std::u16string_view reportMark;  ///< in front of names of temporary report tables
-  bool quotesReportTable;          ///< whether such a name stands in `nameQuotes`
+  /// In front of names of temporary report tables. kept: doubled where it is not that of the
+  /// default dialect.
+  std::u16string_view reportMark;
+  bool quotesReportTable;  ///< whether such a name stands in `nameQuotes`
 };
 
 /// The sixteen date style literals, and the `dateStyles` of dialects that keep them as they are.
