@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Follows the recipes of CONTRIBUTING.md in a copy of the sources: a function, a message.
+"""Follows the recipes of CONTRIBUTING.md in a copy of the sources: function, dialect, message.
 
 Usage: recipes.py SOURCE_TREE SCRATCH_FOLDER CMAKE COMPILER [LAUNCHER]
 
@@ -19,6 +19,8 @@ VOCABULARY = "src/dictionary/VocabularyTables.h"
 CATALOGUE = "src/foundation/MessageNumbers.h"
 ENGLISH = "messages/en.rc"
 CHINESE = "messages/zh_CN.rc"
+NUMBERS = "include/MxRuleEnums.h"
+DIALECTS = "src/dialects/Dialects.cpp"
 
 
 class Tree:
@@ -82,6 +84,17 @@ def add_function(tree):
     tree.one_more(SYNTAX, "kSyntaxRules")
 
 
+def add_dialect(tree, recipe):
+    """The class is the one that the recipe shows, and so is its row."""
+    tree.insert(NUMBERS, r"^  kOpenGaussDs = .*$", "  kExampleDs = 99,", behind=True)
+    shown = re.search(r"```cpp\n(.*?)```", recipe, re.DOTALL)[1]
+    tree.files["src/dialects/ExampleTranslator.h"] = shown.encode("utf-8")
+    tree.insert(DIALECTS, r'^#include "dialects/MxDMTranslator.h"$',
+                '#include "dialects/ExampleTranslator.h"', behind=False)
+    row = re.search(r"`(Row<ExampleTranslator>.*?,)`", recipe, re.DOTALL)[1]
+    tree.insert(DIALECTS, r"^    Row<MxOpenGaussTranslator>.*$", "    " + row, behind=True)
+
+
 def add_message(tree):
     tree.insert(CATALOGUE, r"^  kMsgThisDoc .*$", "  kMsgRecipe            = 6798,", behind=False)
     for path, text in ((ENGLISH, "A recipe for %s."), (CHINESE, "%s的做法。")):
@@ -107,7 +120,7 @@ def check_function(tool):
     """What is wrong with the function, if anything."""
     sql = tool.sql("SIGN(1)", "--language", "en", "--dialect", "all")
     lines = [line for line in sql.splitlines() if line.strip()]
-    if len(lines) < 5 or any(not line.endswith("SIGN(1)") for line in lines):
+    if len(lines) < 6 or any(not line.endswith("SIGN(1)") for line in lines):
         yield f"the function's SQL in all dialects is\n{sql}"
     chinese = tool.sql("正负号(1)", "--language", "zh-CN")
     if chinese != "SIGN(1)\n":
@@ -116,6 +129,19 @@ def check_function(tool):
         yield "the function takes a text"
     if not re.search(r"^SIGN\b", tool.run("vocabulary", "functions").stdout, re.MULTILINE):
         yield "the function is not in the vocabulary"
+
+
+def check_dialect(tool):
+    """Its own three words, and what it has from the default dialect."""
+    for rule, expected in (("length('a' & 'b')", "char_length('a' || 'b')"), ("RAND()", "random()"),
+                           ("CHARINDEX('a','b')", "position('a','b')"),
+                           ("average(1)", "avg(1)")):
+        sql = tool.sql(rule, "--dialect", "Example")
+        if sql != expected + "\n":
+            yield f"{rule} in the new dialect is\n{sql}"
+    every = tool.sql("RAND()", "--dialect", "all")
+    if not re.search(r"^example +random\(\)$", every, re.MULTILINE):
+        yield f"the new dialect is not among all\n{every}"
 
 
 def check_message(tool):
@@ -137,12 +163,13 @@ def build(cmake, compiler, launcher, source, binary):
 def main(root, scratch, cmake, compiler, launcher=""):
     tree = Tree(pathlib.Path(root))
     add_function(tree)
+    add_dialect(tree, (pathlib.Path(root) / "CONTRIBUTING.md").read_text("utf-8"))
     add_message(tree)
     source, binary = pathlib.Path(scratch) / "copy", pathlib.Path(scratch) / "build"
     tree.write(source)
     build(cmake, compiler, launcher, source, binary)
     tool = Tool(binary / "bin" / "orkrule")
-    found = [*check_function(tool), *check_message(tool)]
+    found = [*check_function(tool), *check_dialect(tool), *check_message(tool)]
     print("\n".join(found))
     return 1 if found else 0
 
