@@ -1,11 +1,12 @@
 """Holds the message sources together before they are built into the message file.
 
-usage: check.py CATALOGUE.h VOCABULARY.h REFERENCE.rc OTHER.rc ...
+usage: check.py CATALOGUE.h VOCABULARY.h GRAMMAR.h REFERENCE.rc OTHER.rc ...
 
 The reference is the English source, whose words are the spellings of the vocabulary. Every
 language has the same rows in the same sections, the numbers of catalogue and vocabulary are all
-there and no others, `%s` counts agree, and a word can be written in a rule: no delimiter, no
-blank, no number, nothing that reads as another word.
+there and no others (the text of a function's parameters where the grammar gives it some), `%s`
+counts agree, and a word can be written in a rule: no delimiter, no blank, no number, nothing that
+reads as another word.
 """
 import re
 import sys
@@ -17,7 +18,8 @@ FORBIDDEN = set("()+-/*=><&%^,|'\"[]{} \t\r\n\u3000\0")
 NUMBER = re.compile(r"[+-]?(\d|\.\d|0x|inf$|infinity$|nan)", re.IGNORECASE)
 DATE = re.compile(r"\d+\s*[年月日]|[年月日]\s*\d+")
 CATALOGUE_ROW = re.compile(r"^\s*(kMsg\w+)\s*=\s*(\d+),", re.MULTILINE)
-VOCABULARY_ROW = re.compile(r'\{u"([^"]+)",\s*Display::(k\w+),\s*(\w+),')
+VOCABULARY_ROW = re.compile(r'\{u"([^"]+)",\s*Display::(k\w+),\s*(\w+),\s*(\d+),\s*(k\w+),')
+BARE_CALL = re.compile(r'u"(\w+)\(\)"')
 ROW = re.compile(r'(\d+) "((?:[^"]|"")*)"$')
 SECTION = re.compile(r"// (words|texts): \S.*$")
 FRAME = re.compile(r"//|LANGUAGE \d+, \d+$|STRINGTABLE$|BEGIN$|END$|$")
@@ -59,12 +61,14 @@ class Source:
         return {n: text for n, (section, text) in self.rows.items() if section == "words"}
 
 
-def check_texts(source):
+def check_texts(source, vocabulary):
     for number, (section, text) in source.rows.items():
         if not text:
             source.fault(f"{number} is empty")
-        if "\\" in text or re.search(r"%(?!s)", text):
-            source.fault(f"{number} holds a backslash, or a % that is not %s")
+        # What words do is shown as it stands, every other text may be filled in.
+        strange = "%s" if number in vocabulary.infos else "%(?!s)"
+        if "\\" in text or re.search(strange, text):
+            source.fault(f"{number} holds a backslash, or a % that does not belong there")
         if section == "words" and FORBIDDEN & set(text):
             source.fault(f"{number} is no word, it would be cut in a rule: {text}")
         if section == "words" and (NUMBER.match(text) or DATE.search(text)):
@@ -96,17 +100,21 @@ def check_against(source, reference):
 
 
 class Vocabulary:
-    """What the code's two tables say: which numbers there are, and how words are spelt."""
+    """What the code's tables say: which numbers there are, and how words are spelt."""
 
-    def __init__(self, catalogue_path, path):
+    def __init__(self, catalogue_path, path, grammar_path):
         with open(catalogue_path, encoding="utf-8") as text:
             self.catalogue = {name: int(n) for name, n in CATALOGUE_ROW.findall(text.read())}
         self.spellings = {}  # lower-case spelling -> number, 0 for a word without a message
         self.english = {}  # number -> spelling of the first word with it, without the added dot
+        self.infos = set()  # numbers of the sentences and parameters of words
         self.dotted = {self.catalogue[name] for name in PREFIX_NAMES}  # shown with a dot behind
+        with open(grammar_path, encoding="utf-8") as text:
+            self.bare = set(BARE_CALL.findall(text.read()))  # functions without parameters
         with open(path, encoding="utf-8") as text:
             for row in VOCABULARY_ROW.findall(text.read()):
-                self.add(*row)
+                self.add(*row[:3])
+                self.add_infos(row[0], int(row[3]), row[4])
         self.words = set(self.english) | {self.catalogue[name] for name in PREFIX_NAMES}
 
     def add(self, primary, display, message):
@@ -120,14 +128,22 @@ class Vocabulary:
         plain = primary[:-1] if display == "kMessageAndDot" else primary
         self.english.setdefault(number, plain)
 
+    def add_infos(self, primary, info, symbol):
+        count = primary.count("|") + 1
+        if symbol == "kFunctionSymbol" and primary not in self.bare:
+            count += 1
+        self.infos.update(range(info, info + count))
+
 
 def check_tables(vocabulary, reference):
     numbers = set(vocabulary.catalogue.values())
     words = set(reference.words())
-    for number in sorted((numbers | vocabulary.words) - set(reference.rows)):
+    for number in sorted((numbers | vocabulary.words | vocabulary.infos) - set(reference.rows)):
         reference.fault(f"{number} of the code has no text")
-    for number in sorted(set(reference.rows) - words - numbers):
+    for number in sorted(set(reference.rows) - words - numbers - vocabulary.infos):
         reference.fault(f"{number} is not in the catalogue")
+    for number in sorted(vocabulary.infos & (numbers | words)):
+        reference.fault(f"{number} says what a word does, and is another text too")
     for number in sorted(words ^ vocabulary.words):
         reference.fault(f"{number} is a word only here or only in the vocabulary")
     for number, text in vocabulary.english.items():
@@ -135,12 +151,12 @@ def check_tables(vocabulary, reference):
             reference.fault(f"{number} is not spelt as in the vocabulary: {text}")
 
 
-def main(catalogue, table, *paths):
-    vocabulary = Vocabulary(catalogue, table)
+def main(catalogue, table, grammar, *paths):
+    vocabulary = Vocabulary(catalogue, table, grammar)
     sources = [Source(path) for path in paths]
     check_tables(vocabulary, sources[0])
     for source in sources:
-        check_texts(source)
+        check_texts(source, vocabulary)
         check_words(source, vocabulary)
         check_against(source, sources[0])
     faults = [fault for source in sources for fault in source.faults]
@@ -149,6 +165,6 @@ def main(catalogue, table, *paths):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) < 4:
+    if len(sys.argv) < 5:
         sys.exit(__doc__)
     sys.exit(main(*sys.argv[1:]))

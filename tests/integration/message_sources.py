@@ -10,9 +10,9 @@ import subprocess
 import sys
 import tempfile
 
-FILES = ("src/foundation/MessageNumbers.h", "src/dictionary/VocabularyTables.h", "messages/en.rc",
-         "messages/zh_CN.rc")
-CATALOGUE, VOCABULARY, ENGLISH, CHINESE = FILES
+FILES = ("src/foundation/MessageNumbers.h", "src/dictionary/VocabularyTables.h",
+         "src/parser/SyntaxRules.h", "messages/en.rc", "messages/zh_CN.rc")
+CATALOGUE, VOCABULARY, GRAMMAR, ENGLISH, CHINESE = FILES
 
 # What is changed, how, and a part of what the check says; a rewritten row is (number, new text).
 CHANGES = [
@@ -20,7 +20,7 @@ CHANGES = [
     (ENGLISH, (6260, None), "6260 stands in only one"),
     (CHINESE, (6260, ""), "6260 is empty"),
     (CHINESE, (6260, "x"), "6260 has another count of %s"),
-    (CHINESE, (6260, "%d %s"), "6260 holds a backslash, or a % that is not %s"),
+    (CHINESE, (6260, "%d %s"), "6260 holds a backslash, or a % that does not belong there"),
     (CHINESE, (6306, "a b"), "6306 is no word"),
     (CHINESE, (6306, "a+b"), "6306 is no word"),
     (CHINESE, (6306, "a(b"), "6306 is no word"),
@@ -33,6 +33,16 @@ CHANGES = [
     (ENGLISH, (6306, "und"), "6306 is not spelt as in the vocabulary"),
     (CATALOGUE, ("Word       = 6260", "Word       = 9999"), "9999 of the code has no text"),
     (VOCABULARY, ("6306", "6305"), "6306 is a word only here"),
+    (VOCABULARY, ("6306, 6960", "6306, 9999"), "9999 of the code has no text"),
+    (VOCABULARY, ("6306, 6960", "6306, 9999"), "6960 is not in the catalogue"),
+    (VOCABULARY, ("6306, 6960", "6306, 6260"), "6260 says what a word does, and is another text"),
+    (VOCABULARY, ('u"*|/|^|%"', 'u"*|/|^"'), "6974 is not in the catalogue"),
+    (ENGLISH, (6800, None), "6800 of the code has no text"),
+    (ENGLISH, (6801, None), "6801 of the code has no text"),
+    (CHINESE, (6801, None), "6801 stands in only one"),
+    (CHINESE, (6800, "100 %s"), "6800 holds a backslash, or a % that does not belong there"),
+    (GRAMMAR, ("sum(<expr_num>)", "sum()"), "6801 is not in the catalogue"),
+    (GRAMMAR, ("RAND()", "RAND(<expr_num>)"), "6943 of the code has no text"),
 ]
 
 
