@@ -99,6 +99,116 @@ enum MessageNumber : std::int32_t {
   kMsgNoEncryption      = 6719,  ///< the driver cannot be asked for an encrypted connection
   kMsgStatementEmpty    = 6720,
   kMsgWrongValueCount   = 6721,  ///< the values of a query do not fit its statement
+
+  // Warnings about what a rule means, 7200 to 7219
+  kMsgOrBeforeAnd            = 7200,
+  kMsgMinusBeforeSum         = 7201,
+  kMsgNotReadAsDate          = 7202,  ///< one %s: the text
+  kMsgOddMemberType          = 7203,  ///< two %s: the type of the value, the type of the others
+  kMsgNotInOverColumn        = 7204,  ///< one %s: the field
+  kMsgCadNotLoaded           = 7205,  ///< one %s: the word
+  kMsgPictureUnused          = 7206,  ///< one %s: the word
+
+  // Warnings about databases, 7220 to 7259: the first %s names those that the warning is about
+  kMsgTextIsCut              = 7220,  ///< two %s: with the number of letters that stay
+  kMsgTextReadsAsDate        = 7221,  ///< two %s: with the text
+  kMsgDateNotInMask          = 7222,  ///< three %s: with the date, the order that is read
+  kMsgEmptyTextIsNull        = 7223,  ///< one %s
+  kMsgNoYearBefore           = 7224,  ///< two %s: with the function
+  kMsgEndIsMidnight          = 7225,  ///< one %s
+  kMsgIntervalDiffers        = 7226,  ///< two %s: with the others
+  kMsgMonthEndDiffers        = 7227,  ///< two %s: with the others
+  kMsgWeekBeginDiffers       = 7228,  ///< two %s: with the others
+  kMsgLogDiffers             = 7229,  ///< two %s: with the others
+  kMsgDivisionDiffers        = 7230,  ///< two %s: with the others
+  kMsgPlacesDiffer           = 7231,  ///< two %s: with the others
+  kMsgStartZeroDiffers       = 7232,  ///< two %s: with the others
+  kMsgTimeStyleDiffers       = 7233,  ///< two %s: with the others
+  kMsgArgumentMixes          = 7234,  ///< two %s: with the argument
+  kMsgNoOperator             = 7235,  ///< two %s: with the operator
+  kMsgOperatorIsBits         = 7236,  ///< two %s: with the operator
+  kMsgCallRefused            = 7237,  ///< two %s: with the text of the refusal
+  kMsgCallUnknown            = 7238,  ///< two %s: with the function
+  kMsgSetKeepsForm           = 7239,  ///< two %s: with the field
+
+  // Warnings about a rule that becomes two texts, 7260 to 7299
+  kMsgTornApart              = 7260,  ///< one %s: the word
+  kMsgLeftAlone              = 7261,  ///< one %s: the word
+
+  // Problems of a rule, 7300 to 7329
+  kMsgOpenBracket            = 7300,
+  kMsgSurplusBracket         = 7301,
+  kMsgWideSign               = 7302,  ///< one %s: the sign
+  kMsgOddBlank               = 7303,
+  kMsgForeignForm            = 7304,  ///< one %s: what was typed
+  kMsgForeignWord            = 7305,  ///< two %s: the word, what a rule has for it
+  kMsgOtherLanguage          = 7306,  ///< two %s: the word, the same word in this language
+  kMsgOtherCase              = 7307,  ///< two %s: the word, its spelling
+  kMsgNoTable                = 7308,  ///< one %s: the field
+  kMsgDateUnquoted           = 7309,  ///< one %s: the date
+  kMsgNumberQuoted           = 7310,  ///< one %s: the number
+  kMsgPlusBetweenTexts       = 7311,
+  kMsgPlusAfterDate          = 7312,
+  kMsgOtherTypeExpected      = 7313,  ///< two of 7420 to 7426: what it is, what is expected
+  kMsgNeedsFirst             = 7314,  ///< two %s: the function, the type
+  kMsgNeedsSecond            = 7315,  ///< two %s: the function, the type
+  kMsgNeedsThird             = 7316,  ///< two %s: the function, the type
+  kMsgNeedsAnother           = 7317,  ///< two %s: the function, the type
+  kMsgTooManyArguments       = 7318,  ///< one %s: the function
+  kMsgDatabaseFailed         = 7319,  ///< one %s: what the database said
+
+  // What cannot be asked or written, 7330 to 7349
+  kMsgBadOffset              = 7330,
+  kMsgControlCharacter       = 7331,  ///< one %s: the text
+  kMsgHalfCharacter          = 7332,  ///< one %s: the text
+  kMsgNameIsWord             = 7333,  ///< one %s: the name
+  kMsgCadWordNotLoaded       = 7334,  ///< one %s: the word
+  kMsgNoRuleGivesThis        = 7335,
+
+  // Labels of fixes, 7350 to 7399
+  kMsgFixWideSigns           = 7350,  ///< all at once
+  kMsgFixWideSign            = 7351,  ///< one %s: the sign
+  kMsgFixWrite               = 7352,  ///< one %s: the new text
+  kMsgFixTakeOut             = 7353,  ///< one %s: what goes
+  kMsgFixOwnLanguage         = 7354,  ///< one %s: the word
+  kMsgFixSpelling            = 7355,  ///< one %s: the word
+  kMsgFixAddTable            = 7356,  ///< one %s: the field with its table
+  kMsgFixAddType             = 7357,  ///< one %s: the parameter with its type
+  kMsgFixAddMissing          = 7358,  ///< one %s: the sign
+  kMsgFixTakeOutSurplus      = 7359,  ///< one %s: the sign
+  kMsgFixQuoteText           = 7360,  ///< one %s: the text
+  kMsgFixQuoteDate           = 7361,  ///< one %s: the date
+  kMsgFixUnquote             = 7362,  ///< one %s: the number
+  kMsgFixConvert             = 7363,  ///< one %s: the conversion
+  kMsgFixJoinTexts           = 7364,  ///< one %s: the sign
+  kMsgFixMoveDate            = 7365,  ///< one %s: the call
+  kMsgFixBracketsOfRule      = 7366,
+  kMsgFixBracketsOfDatabases = 7367,
+  kMsgFixBracketArgument     = 7368,
+
+  // What may stand in a place and is no kind of word or type, 7400 to 7419
+  kMsgExpectField            = 7400,
+  kMsgExpectTable            = 7401,
+  kMsgExpectVariable         = 7402,
+  kMsgExpectParameter        = 7403,
+  kMsgExpectOperator         = 7404,
+  kMsgExpectOpening          = 7405,
+  kMsgExpectClosing          = 7406,
+  kMsgExpectComma            = 7407,
+  kMsgExpectDatePart         = 7408,
+  kMsgExpectDateStyle        = 7409,
+  kMsgExpectPeriod           = 7410,
+  kMsgExpectEnd              = 7411,
+  kMsgNoFit                  = 7412,  ///< two %s: the type of a word, one of 7420 to 7426
+
+  // Names of types within a sentence, 7420 to 7426
+  kMsgANumber                = 7420,
+  kMsgAText                  = 7421,
+  kMsgADate                  = 7422,
+  kMsgACondition             = 7423,
+  kMsgAnyValue               = 7424,
+  kMsgAPicture               = 7425,
+  kMsgAnAttachment           = 7426,
   // clang-format on
 };
 

@@ -90,6 +90,23 @@ TEST(MessageFile, GivesEveryLanguageATextForEveryNumber) {
   EXPECT_EQ(count, RowsOf(SourceText("messages/en.rc")));
 }
 
+/// Where a text ends with what is filled in, that brings its own full stop.
+TEST(MessageFile, MakesSentencesOfWarningsAndProblemsAndNoneOfLabels) {
+  const Bytes file = ReadRealFile();
+  const auto isSentence = [&file](std::int32_t number, LanguageId language, const char* stop) {
+    const std::string text = Text(file, number, language);
+    return text.empty() || text.ends_with(stop) || text.ends_with("%s");
+  };
+  for (std::int32_t number = kMsgOrBeforeAnd; number < kMsgFixWideSigns; ++number) {
+    EXPECT_TRUE(isSentence(number, kUnitedStates, ".")) << number;
+    EXPECT_TRUE(isSentence(number, kChina, "。")) << number;
+  }
+  for (std::int32_t number = kMsgFixWideSigns; number <= kMsgAnAttachment; ++number) {
+    EXPECT_FALSE(Text(file, number, kUnitedStates).ends_with(".")) << number;
+    EXPECT_FALSE(Text(file, number, kChina).ends_with("。")) << number;
+  }
+}
+
 TEST(MessageFile, HasNoTextForAStrangeNumber) {
   const Bytes file = ReadRealFile();
   for (const std::int32_t number : {-1, 0, 6102, 6303, 99999, INT32_MAX, INT32_MIN})
