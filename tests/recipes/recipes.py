@@ -73,9 +73,12 @@ class Tree:
 def add_function(tree):
     tree.insert(ENGLISH, r"^6143 .*$", '6146 "SIGN"', behind=True)
     tree.insert(CHINESE, r"^6143 .*$", '6146 "正负号"', behind=True)
+    for path, rows in ((ENGLISH, '7039 "Minus 1, 0 or 1, by the sign."\n7040 "value"'),
+                       (CHINESE, '7039 "按正负号取-1、0或1。"\n7040 "数值"')):
+        tree.insert(path, r"^7038 .*$", "// texts: what further functions do\n" + rows, behind=True)
     tree.insert(VOCABULARY, r'^    \{u"FLOOR",.*$',
-                '    {u"SIGN", Display::kMessage, 6146, kFunctionSymbol, kNumDataType, kNoPostfix},',
-                behind=True)
+                '    {u"SIGN", Display::kMessage, 6146, 7039, kFunctionSymbol, kNumDataType, '
+                'kNoPostfix},', behind=True)
     tree.one_more(VOCABULARY, "kFunctionRows")
     tree.insert(SYNTAX, r'^    \{u"<func_num>",.*$',
                 '    {u"<func_SIGN>", kNumDataType, kFunctionSemantic, false, u"SIGN(<expr_num>)"},',
@@ -98,7 +101,7 @@ def add_dialect(tree, recipe):
 def add_message(tree):
     tree.insert(CATALOGUE, r"^  kMsgThisDoc .*$", "  kMsgRecipe            = 6798,", behind=False)
     for path, text in ((ENGLISH, "A recipe for %s."), (CHINESE, "%s的做法。")):
-        tree.change(path, lambda old: re.sub(r"\nEND\n", f'\n6798 "{text}"\nEND\n', old))
+        tree.insert(path, r"^// texts: what functions do;.*$", f'6798 "{text}"', behind=False)
 
 
 class Tool:
