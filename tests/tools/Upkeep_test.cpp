@@ -47,7 +47,7 @@ TEST(Rename, KeepsARuleThatTheNewNamesMakeTooLong) {
   const ToolResult plain = RunTool({"rename", "--tables", doubling}, "'[x]'\nx.a\n");
   EXPECT_EQ(plain.status, 1);
   EXPECT_EQ(plain.out, "x][x.a\n");
-  EXPECT_EQ(plain.err, "orkrule: line 1: " + reason + "\n  '[x]'\n");
+  EXPECT_EQ(plain.err, "orkrule: standard input:1: " + reason + "\n  '[x]'\n");
   const auto json = RunTool({"rename", "--json", "--tables", doubling, "'[x]'"}).Json().at(0);
   EXPECT_EQ(json.dump(),
             R"({"rule":"'[x]'","renamed":"'[x]'","error":{"number":-1,"text":")" + reason + "\"}}");
