@@ -106,7 +106,7 @@ bool OdbcAccessor::Open() {
 
 std::shared_ptr<OdbcResult> OdbcAccessor::Run(const std::u16string& statement,
                                               const MxParams& params) {
-  const auto result = std::make_shared<OdbcResult>();
+  auto result = std::make_shared<OdbcResult>();
   const SQLULEN seconds = DriverSeconds(SecondsUntil(End()));
   Job job([result, statement, params, seconds, connection = connection_] {
     *result = connection->Run(statement, params, seconds);
