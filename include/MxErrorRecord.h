@@ -43,7 +43,7 @@ struct MxErrorRecord {
   std::int32_t number = 0;   ///< as `errNumber()` tells it
   std::int32_t message = 0;  ///< number of the message; 0 where the text comes from elsewhere
   std::vector<MxErrorArgument> arguments;  ///< what the message is filled with, in order
-  std::u16string text;                     ///< where there is no message: the database's own text
+  std::u16string text;                     ///< stands before the message; alone, the database's own
   std::int32_t token = -1;  ///< index among the original tokens; -1 where no word was refused
   std::int32_t offset =
       -1;                   ///< of the refused word, or the end of the rule where it ends too early

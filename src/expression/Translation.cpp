@@ -51,11 +51,7 @@ bool MxExpression::TranslateFor(ORKDB_DSType_ENUM dialect, std::u16string docume
   const std::unique_ptr<IMxTranslator> translator = state_->CreateTranslator(dialect);
   if (translator->Translate(document, translated) != 0) {
     // kept: what counts is a second attempt; the error of the first stays in any case.
-    MxErrorRecord error;
-    error.cause = kDocumentCause;
-    error.number = translator->errorNo;
-    error.text = translator->errorDesc;
-    Raise(std::move(error));
+    Raise(translator->error);
     if (translator->Translate(document, translated) != 0) return false;
   }
   const Tag root = translator->TranslatedRoot();

@@ -47,11 +47,11 @@ std::u16string DescriptionOf(const MxErrorRecord& error, Language language) {
   const std::u16string pattern = LoadMessage(error.message, language);
   switch (error.arguments.size()) {
     case 0:
-      return pattern;
+      return error.text + pattern;
     case 1:
-      return Format(pattern, {texts[0]});
+      return error.text + Format(pattern, {texts[0]});
     default:
-      return Format(pattern, {texts[0], texts[1]});
+      return error.text + Format(pattern, {texts[0], texts[1]});
   }
 }
 

@@ -18,7 +18,7 @@ inline constexpr std::int32_t kOwnError = -1;
 MxErrorRecord MakeError(MXRULE_ERROR_CAUSE cause, std::int32_t message,
                         std::initializer_list<std::u16string_view> texts = {});
 
-/// The message of the record filled with its arguments, or the record's own text.
+/// The record's own text, and behind it its message filled with its arguments.
 std::u16string DescriptionOf(const MxErrorRecord& error, Language language = CurrentLanguage());
 
 /// The same, with the word as it stands in the rule, and with what is behind the error where that

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "MxErrorRecord.h"
 #include "document/TagTree.h"
 
 namespace ORKBASE {
@@ -33,8 +34,7 @@ class IMxTranslator {
   /// the text holds a character that keeps it from being read.
   virtual Tag TranslatedRoot() = 0;
 
-  std::int32_t errorNo = 0;
-  std::u16string errorDesc;
+  MxErrorRecord error;                          ///< of the last translation that failed
   const MxDictionarys* dictionaries = nullptr;  ///< not owned
   std::u16string rtId;                          ///< report template; part of temporary names
   std::int32_t formDataIn = 0;                  ///< 1: form fields are read from existing tables

@@ -6,6 +6,7 @@
 #include "document/TagReader.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
+#include "platform/ErrorTexts.h"
 #include "platform/MessageTexts.h"
 #include "translator/NumberTest.h"
 
@@ -50,15 +51,14 @@ std::int32_t TranslatorFrame::InitCaxEnums() {
 
 std::int32_t TranslatorFrame::Translate(std::u16string_view parsed, std::u16string& out) {
   if (!ReadDocument(parsed)) {
-    errorNo = -1;
-    errorDesc = u"exprParsedXml" + LoadMessage(kMsgDocumentNotParsed);
-    return errorNo;
+    error = MakeError(kDocumentCause, kMsgDocumentNotParsed);
+    error.text = u"exprParsedXml";
+    return error.number;
   }
   TransNodes();
   if (!RunHandlers() || IsTooLarge()) {
-    errorNo = -1;
-    errorDesc = LoadMessage(kMsgResultTooLarge);
-    return errorNo;
+    error = MakeError(kDocumentCause, kMsgResultTooLarge);
+    return error.number;
   }
   MarkGroupBy();
   out = doc_.ToText();

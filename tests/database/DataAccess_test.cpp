@@ -149,6 +149,7 @@ TEST(DataAccess, SelectByTableTakesPlainNamesOnly) {
 }
 
 TEST(DataAccess, AProxyIsRefusedAtTheFirstUse) {
+  const ScopedLanguage language(u"en");
   MxProxyInfo proxy;
   proxy.init(static_cast<ORKBASE::ORKBASE_ProxyType_ENUM>(2), u"proxy.example", 8080, u"user",
              u"hidden-word");

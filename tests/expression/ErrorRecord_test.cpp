@@ -5,6 +5,7 @@
 #include "OrkPlatform.h"
 
 #include "SampleDatabase.h"
+#include "ScopedLanguage.h"
 #include "Utf8.h"
 
 #include <gtest/gtest.h>
@@ -17,15 +18,13 @@ namespace {
 
 class ErrorRecords : public testing::Test {
  protected:
-  void SetUp() override { SetThreadLanguage(u"en"); }
-  void TearDown() override { SetThreadLanguage(u""); }
-
   const MxErrorRecord& Refused(const std::u16string& rule, MXRULE_DATATYPE type = kLogicDataType) {
     std::u16string document;
     EXPECT_FALSE(rules_.Verify(type, rule, document)) << U8(rule);
     return rules_.errRecord();
   }
 
+  ScopedLanguage language_{u"en"};
   SampleExpression rules_;
 };
 
@@ -145,7 +144,9 @@ TEST_F(ErrorRecords, TellOfLoadsAndDocuments) {
   std::u16string translated, a, b;
   EXPECT_FALSE(rules_.GetSpec(u"no document", kSqlServerDs, translated, a, b, false));
   EXPECT_EQ(rules_.errRecord().cause, kDocumentCause);
+  EXPECT_EQ(rules_.errRecord().message, 6297);
   EXPECT_EQ(rules_.errRecord().offset, -1);
+  EXPECT_EQ(U8(rules_.errDescription()).find("exprParsedXml"), 0u);
 }
 
 TEST_F(ErrorRecords, GoAlongWithACopy) {

@@ -45,7 +45,7 @@ class WordList {
 struct Outcome {
   bool holds = false;
   std::u16string document;
-  MxErrorRecord error;
+  std::u16string description;
   std::int32_t refused = -1;
 };
 
@@ -53,8 +53,10 @@ Outcome ParseOnSmallStack(MXRULE_DATATYPE type, const WordList& words) {
   Outcome outcome;
   OnSmallThread([&] {
     SetThreadLanguage(u"en");
-    outcome.holds = RuleInterpreter().ParseExpr(type, words.views(), outcome.document,
-                                                outcome.error, outcome.refused);
+    MxErrorRecord error;
+    outcome.holds =
+        RuleInterpreter().ParseExpr(type, words.views(), outcome.document, error, outcome.refused);
+    outcome.description = DescriptionOf(error);
   });
   return outcome;
 }
@@ -95,10 +97,10 @@ TEST(NestingLimit, TakesAThousandAndRefusesOneMore) {
   for (const Nest& nest : kNests) {
     SCOPED_TRACE(nest.title);
     const Outcome most = ParseOnSmallStack(nest.type, Nested(nest, kMost));
-    EXPECT_TRUE(most.holds) << U8(DescriptionOf(most.error));
+    EXPECT_TRUE(most.holds) << U8(most.description);
     const Outcome more = ParseOnSmallStack(nest.type, Nested(nest, kMost + 1));
     EXPECT_FALSE(more.holds);
-    EXPECT_EQ(U8(DescriptionOf(more.error)), "The rule is nested too deeply.");
+    EXPECT_EQ(U8(more.description), "The rule is nested too deeply.");
     EXPECT_EQ(U8(more.document), "");
   }
 }
@@ -114,7 +116,7 @@ TEST(NestingLimit, CountsAllKindsTogether) {
     return words;
   };
   EXPECT_TRUE(ParseOnSmallStack(kLogicDataType, nested(100)).holds);
-  EXPECT_EQ(U8(DescriptionOf(ParseOnSmallStack(kLogicDataType, nested(101)).error)),
+  EXPECT_EQ(U8(ParseOnSmallStack(kLogicDataType, nested(101)).description),
             "The rule is nested too deeply.");
 }
 
@@ -135,7 +137,7 @@ TEST(NestingLimit, EndsTheParseAtTheWordThatIsTooDeep) {
 TEST(LargeInput, AMebibyteOfOneBracket) {
   WordList open;
   open.Add(u"(", 1 << 20);
-  EXPECT_EQ(U8(DescriptionOf(ParseOnSmallStack(kVarDataType, open).error)),
+  EXPECT_EQ(U8(ParseOnSmallStack(kVarDataType, open).description),
             "The rule is nested too deeply.");
   WordList close;
   close.Add(u")", 1 << 20);
@@ -175,8 +177,7 @@ TEST(LargeInput, AChainThatBreaksAtItsEnd) {
   const Outcome outcome = ParseOnSmallStack(kLogicDataType, words);
   EXPECT_FALSE(outcome.holds);
   EXPECT_EQ(outcome.refused, static_cast<std::int32_t>(words.views().size()));
-  EXPECT_EQ(U8(DescriptionOf(outcome.error)),
-            "The rule ends too early, something is missing at its end.");
+  EXPECT_EQ(U8(outcome.description), "The rule ends too early, something is missing at its end.");
 }
 
 /// Without a memory each of these would take longer than the world has.

@@ -3,6 +3,7 @@
 
 #include "DataAccess.h"
 #include "SampleDatabase.h"
+#include "ScopedLanguage.h"
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,7 @@ namespace {
 const std::string kPair = R"("errNumber":0,"errDescription":"")";
 
 TEST(RuleService, TranslatesOverADatabase) {
+  const ScopedLanguage language(u"en");
   const TempDatabase& database = SampleDatabase();
   RuleService service;
   EXPECT_EQ(service.Answer(R"({"op":"Connect","server":"sqlite:)" + database.Path() + "\"}"),

@@ -362,7 +362,7 @@ TEST_F(OddDocuments, TranslatedTwiceByOneTranslator) {
   EXPECT_EQ(U8(first), U8(second));
   EXPECT_EQ(translator.Translate(u"<", second), -1);
   EXPECT_EQ(U8(first), U8(second));
-  EXPECT_EQ(translator.errorNo, -1);
+  EXPECT_EQ(translator.error.number, -1);
 }
 
 TEST_F(OddDocuments, ComposeToWhatGetSpecComposed) {
