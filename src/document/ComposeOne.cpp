@@ -5,8 +5,6 @@
 
 #include <vector>
 
-#include "document/NodeShape.h"
-
 namespace ORKBASE {
 namespace {
 

@@ -6,7 +6,6 @@
 
 #include <utility>
 
-#include "document/NodeShape.h"
 #include "document/TextRope.h"
 
 namespace ORKBASE {

@@ -1,8 +1,10 @@
 // Flattening a translated tree into SQL text, whole or split by grouped functions.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
+#include "MxRuleEnums.h"
 #include "document/TagTree.h"
 
 namespace ORKBASE {
@@ -17,5 +19,14 @@ std::u16string ExpSpec1(Tag root, WordsOf words);
 /// function. What the two hold before is part of the result where a connective is the root. They
 /// may be one and the same text.
 void ExpSpec2(Tag root, std::u16string& a, std::u16string& b);
+
+/// How a node says that it prints. Absent is a word by itself, empty is 0.
+inline std::int32_t SemanticTypeOf(Tag node) {
+  return node.Has(Attr::kSemanticType) ? node.GetInt(Attr::kSemanticType) : kLeafSemantic;
+}
+
+inline bool IsInBrackets(Tag node) {
+  return node.GetInt(Attr::kInBrackets) == 1;
+}
 
 }  // namespace ORKBASE

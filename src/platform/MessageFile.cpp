@@ -114,43 +114,43 @@ MessageFile::Directory MessageFile::OpenDirectory(std::uint64_t offset) const no
   return {offset + 16 + std::uint64_t{named} * kEntrySize, numbered};
 }
 
-bool MessageFile::ReadEntry(const Directory& directory, std::uint32_t index, std::uint32_t& id,
+/// Takes the first entry off `rest`; false where none is left or the bytes end before it does.
+bool MessageFile::TakeEntry(Directory& rest, std::uint32_t& id,
                             std::uint32_t& target) const noexcept {
-  const std::uint64_t entry = directory.first + std::uint64_t{index} * kEntrySize;
-  return Read32(entry, id) && Read32(entry + 4, target);
+  if (rest.count == 0 || !Read32(rest.first, id) || !Read32(rest.first + 4, target)) return false;
+  rest.first += kEntrySize;
+  --rest.count;
+  return true;
 }
 
 /// The directory below the entry with this number, an empty one where there is none.
-MessageFile::Directory MessageFile::FindDirectory(const Directory& directory,
-                                                  std::uint32_t id) const noexcept {
+MessageFile::Directory MessageFile::FindDirectory(Directory rest, std::uint32_t id) const noexcept {
   std::uint32_t found = 0;
   std::uint32_t target = 0;
-  for (std::uint32_t i = 0; i < directory.count; ++i) {
-    if (!ReadEntry(directory, i, found, target)) return {};
-    if (found != id || !(target & kIsDirectory)) continue;
-    return OpenDirectory(resources_ + (target & ~kIsDirectory));
+  while (TakeEntry(rest, found, target)) {
+    if (found == id && (target & kIsDirectory)) {
+      return OpenDirectory(resources_ + (target & ~kIsDirectory));
+    }
   }
   return {};
 }
 
-MessageFile::Entry MessageFile::FindExact(const Directory& languages, LanguageId language,
+MessageFile::Entry MessageFile::FindExact(Directory languages, LanguageId language,
                                           std::uint32_t index) const noexcept {
   std::uint32_t found = 0;
   std::uint32_t target = 0;
-  for (std::uint32_t i = 0; i < languages.count; ++i) {
-    if (!ReadEntry(languages, i, found, target)) return {};
+  while (TakeEntry(languages, found, target)) {
     if (found == language && !(target & kIsDirectory)) return ReadBlock(target, index);
   }
   return {};
 }
 
 /// The first text among all languages that match: one that is empty or cut is passed over.
-MessageFile::Entry MessageFile::FindPreferred(const Directory& languages, Preference wanted,
+MessageFile::Entry MessageFile::FindPreferred(Directory languages, Preference wanted,
                                               std::uint32_t index) const noexcept {
   std::uint32_t found = 0;
   std::uint32_t target = 0;
-  for (std::uint32_t i = 0; i < languages.count; ++i) {
-    if (!ReadEntry(languages, i, found, target)) return {};
+  while (TakeEntry(languages, found, target)) {
     if ((found & wanted.mask) != wanted.language || (target & kIsDirectory)) continue;
     const Entry entry = ReadBlock(target, index);
     if (entry.outcome == Outcome::kText) return entry;

@@ -64,13 +64,10 @@ class MessageFile {
   bool LocateSections() noexcept;
   bool FileOffset(std::uint32_t address, std::uint64_t& offset) const noexcept;
   Directory OpenDirectory(std::uint64_t offset) const noexcept;
-  bool ReadEntry(const Directory& directory, std::uint32_t index, std::uint32_t& id,
-                 std::uint32_t& target) const noexcept;
-  Directory FindDirectory(const Directory& directory, std::uint32_t id) const noexcept;
-  Entry FindExact(const Directory& languages, LanguageId language,
-                  std::uint32_t index) const noexcept;
-  Entry FindPreferred(const Directory& languages, Preference wanted,
-                      std::uint32_t index) const noexcept;
+  bool TakeEntry(Directory& rest, std::uint32_t& id, std::uint32_t& target) const noexcept;
+  Directory FindDirectory(Directory rest, std::uint32_t id) const noexcept;
+  Entry FindExact(Directory languages, LanguageId language, std::uint32_t index) const noexcept;
+  Entry FindPreferred(Directory languages, Preference wanted, std::uint32_t index) const noexcept;
   Entry ReadBlock(std::uint32_t dataEntry, std::uint32_t index) const noexcept;
   Entry WalkBlock(std::uint64_t offset, std::uint64_t end, std::uint32_t index) const noexcept;
   std::u16string Units(const Entry& entry) const;

@@ -86,7 +86,8 @@ std::u16string TranslateByEngine(ORKDB_DSType_ENUM dsType, const TranslatorModes
   TagTree tree;
   const auto translator = NewTranslator(dsType, modes, tree);
   std::u16string out;
-  if (translator->Translate(parsed, out) != 0) throw std::runtime_error(U8(ErrorText(translator->error)));
+  if (translator->Translate(parsed, out) != 0)
+    throw std::runtime_error(U8(ErrorText(translator->error)));
   return out;
 }
 
