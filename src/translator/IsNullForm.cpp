@@ -32,8 +32,9 @@ void WrapIsNull(std::int32_t dataType, std::u16string& text, std::u16string_view
   } else {
     return;
   }
-  std::u16string form(name);
-  text = std::move(form.append(u"(").append(text).append(substitute));
+  std::u16string form;
+  form.reserve(name.size() + 1 + text.size() + substitute.size());
+  text = std::move(form.append(name).append(1, u'(').append(text).append(substitute));
 }
 
 }  // namespace ORKBASE

@@ -33,10 +33,12 @@ constexpr SysVarCaseRow kSysVarCaseRows[] = {
 };
 // clang-format on
 
+/// A full stop at the very end parts nothing.
 bool IsKeyColumn(std::u16string_view lowerPrimary) {
-  const auto pieces = SplitText(lowerPrimary, u".");
-  if (pieces.size() != 2) return false;
-  const std::u16string column = ToUpper(pieces[1]);
+  if (lowerPrimary.ends_with(u'.')) lowerPrimary.remove_suffix(1);
+  const std::size_t stop = lowerPrimary.find(u'.');
+  if (stop == lowerPrimary.npos) return false;
+  const std::u16string column = ToUpper(lowerPrimary.substr(stop + 1));
   return std::find(std::begin(kKeyColumns), std::end(kKeyColumns), column) != std::end(kKeyColumns);
 }
 
@@ -114,7 +116,11 @@ std::u16string TranslatorFrame::TransDataField(Tag node, std::u16string_view pri
   const MxWord& word = FieldWord(primary);
   node.Set(Attr::kDtId, word.dtId);
   node.Set(Attr::kFldId, word.fldId);
-  return QuoteName(word.dtName) + u"." + TransColumnName(word.fldRealName);
+  std::u16string text = QuoteName(word.dtName);
+  const std::u16string column = TransColumnName(word.fldRealName);
+  text.reserve(text.size() + 1 + column.size());
+  text.append(1, u'.').append(column);
+  return text;
 }
 
 std::u16string TranslatorFrame::TransFormField(Tag node, std::u16string_view primary) {
@@ -196,7 +202,10 @@ std::u16string TranslatorFrame::GetTempColumnName(std::int32_t symbol,
 std::u16string TranslatorFrame::QuoteName(std::u16string_view name) const {
   const std::u16string_view quotes = fields_.nameQuotes;
   if (name.empty() || quotes.empty() || name.front() == quotes.front()) return std::u16string(name);
-  return std::u16string(quotes.substr(0, 1)).append(name).append(quotes.substr(1));
+  std::u16string quoted;
+  quoted.reserve(name.size() + quotes.size());
+  quoted.append(1, quotes.front()).append(name).append(quotes.substr(1));
+  return quoted;
 }
 
 std::u16string TranslatorFrame::TransColumnName(std::u16string_view name) const {
