@@ -44,11 +44,10 @@ struct MxErrorRecord {
   std::int32_t message = 0;  ///< number of the message; 0 where the text comes from elsewhere
   std::vector<MxErrorArgument> arguments;  ///< what the message is filled with, in order
   std::u16string text;                     ///< stands before the message; alone, the database's own
-  std::int32_t token = -1;  ///< index among the original tokens; -1 where no word was refused
-  std::int32_t offset =
-      -1;                   ///< of the refused word, or the end of the rule where it ends too early
-  std::int32_t length = 0;  ///< of the refused word
-  std::u16string word;      ///< the refused word as it stands in the rule
+  std::int32_t token = -1;   ///< index among the original tokens; -1 where no word was refused
+  std::int32_t offset = -1;  ///< of the refused word, or the end of a rule that ends too early
+  std::int32_t length = 0;   ///< of the refused word
+  std::u16string word;       ///< the refused word as it stands in the rule
   std::vector<MxErrorArgument> expected;  ///< what might have stood there instead
   /// The error behind this one, or nothing: why the table of an unknown word could not be loaded.
   std::vector<MxErrorRecord> behind;

@@ -50,9 +50,9 @@ bool IsHexDigitOrDot(char c) noexcept {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F') || c == '.';
 }
 
-/// kept: "inf", "nan" and hexadecimal forms are numbers, too.
 /// Whether the C library's conversion to a double, in the "C" locale, takes the whole text: blanks
-/// in front count as part of it, and so do a sign, "inf", "nan" and hexadecimal forms.
+/// in front count as part of it, and so does a sign.
+/// kept: "inf", "nan" and hexadecimal forms are numbers, too.
 bool IsNumber(std::u16string_view text) {
   std::string narrow;
   narrow.reserve(text.size());

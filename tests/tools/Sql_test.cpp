@@ -125,7 +125,7 @@ TEST(Sql, TellsThatAFieldNeedsADatabase) {
   EXPECT_FALSE(field.Json().at(0).at("error").contains("hint"));
   // refused for what they are, not because a table were missing
   for (const char* rule :
-       {"1 2.5", "1 'a.b'", "length(sysVar.currentDate)", "Input.x[Q]", "a.b.c"}) {
+       {"1 2.5", "1 'a.b'", "length(sysVar.currentDate)", "Input.x[Q]", "a.b.c", ".a"}) {
     for (const char* database : {"", kSampleDb.c_str()}) {
       const ToolResult refused = RunTool({"verify", "--db", database, "--json", rule});
       EXPECT_EQ(refused.status, 1) << rule;

@@ -49,7 +49,10 @@ Refusal RefusalOf(const ORKBASE::MxErrorRecord& error) {
     throw Failure{kInputOutput, ToUtf8(refusal.text)};
   }
   if (error.offset >= 0) refusal.at = static_cast<std::size_t>(error.offset);
-  if (!error.behind.empty()) refusal.hint = ORKBASE::ErrorText(error.behind.front());
+  // A word that begins with its full stop names no table that could be missed.
+  if (!error.behind.empty() && !error.word.starts_with(u'.')) {
+    refusal.hint = ORKBASE::ErrorText(error.behind.front());
+  }
   return refusal;
 }
 
