@@ -203,8 +203,9 @@ std::int32_t MxDictionarys::ReplaceNames(std::u16string_view tables, std::u16str
     dictionaries_.Renew();
     DictionaryMap::Change change = dictionaries_.BeginChange();
     NewKeys newKeys;
-    if (!RenameTables(change.entries, ReadRenames(tables), newKeys))
+    if (!RenameTables(change.entries, ReadRenames(tables), newKeys)) {
       return Fail(MakeError(kRequestCause, kMsgRenamedTooLong));
+    }
     MoveKeys(change, newKeys);
     if (!RenameFields(change, fields)) return Fail(MakeError(kRequestCause, kMsgRenamedTooLong));
     if (dictionaries_.Commit(change)) return 0;

@@ -13,6 +13,7 @@ struct Language {
   LanguageId wished = 0;  ///< of the reader; 0 for none
   LanguageId user = 0;    ///< of the user who started the program; 0 for none
 
+  // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer in it
   friend auto operator<=>(const Language&, const Language&) = default;
 };
 

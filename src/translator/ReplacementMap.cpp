@@ -27,8 +27,9 @@ void ReplacementMap::AddRows(std::span<const ReplacementRow> rows) {
 
 const TransEntry* ReplacementMap::Find(const LookupKey& word) const {
   const auto found = entries_.find(word);
-  if (found == entries_.end() || std::holds_alternative<OwnWord>(found->second.what))
+  if (found == entries_.end() || std::holds_alternative<OwnWord>(found->second.what)) {
     return nullptr;
+  }
   return &found->second;
 }
 

@@ -125,7 +125,9 @@ void AddDialectOption(CLI::App& command, std::string& names, bool several) {
   const auto check = [several, known](const std::string& text) {
     for (const std::string& name : PiecesOf(text)) {
       const bool isKnown = FindDialect(name) || (several && AsksForAll(name));
-      if (!isKnown) return "'" + name + "' is not the name of a dialect, which are: " + known;
+      if (!isKnown) {
+        return ("'" + name + "' is not the name of a dialect, which are: ").append(known);
+      }
     }
     return several || PiecesOf(text).size() == 1 ? "" : "'" + text + "' is more than one dialect";
   };
