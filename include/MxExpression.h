@@ -163,6 +163,7 @@ class ORKRULE_EXPORT MxExpression : protected MxErrorState {
   bool get_thiscaseVarOn1RcId() const;
 
  private:
+  friend struct EngineAccess;
   struct ORKRULE_LOCAL State;
   ORKRULE_LOCAL void Reset() noexcept;
   ORKRULE_LOCAL void Raise(MxErrorRecord error);

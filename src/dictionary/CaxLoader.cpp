@@ -146,7 +146,8 @@ std::int32_t MxDictionarys::LoadCax(std::int32_t type, const std::u16string& doc
     return Fail(std::move(error));
   }
   const auto dictionary = std::make_shared<MxDictionary>(true);
-  Enter(u"cax:" + Decimal(type), dictionary);
+  dictionary->language = language;
+  Enter(std::u16string(kCaxMark) + Decimal(type), dictionary);
   const std::u16string_view program = CaxProgramName(type);
   // The SQL texts first: a field of unknown type ends the reading below by an exception.
   ReadCaxEnumValues(*dictionary, doc, program);

@@ -45,6 +45,11 @@ class DictionaryMap {
   /// were found before may be gone afterwards.
   void Renew();
 
+  /// A number that is another after each change that a copy has made.
+  std::uint64_t SharedVersion() const noexcept {
+    return family_ ? family_->version.load(std::memory_order_acquire) : 0;
+  }
+
   const Entries& All() const noexcept { return entries_; }
   const MxDictionary* Find(std::u16string_view key) const;
   void Remove(std::u16string_view key);

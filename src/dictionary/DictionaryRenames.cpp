@@ -199,6 +199,7 @@ bool MxDictionarys::RenameFields(DictionaryMap::Change& change, std::u16string_v
 }
 
 std::int32_t MxDictionarys::ReplaceNames(std::u16string_view tables, std::u16string_view fields) {
+  Changed();
   for (;;) {
     dictionaries_.Renew();
     DictionaryMap::Change change = dictionaries_.BeginChange();

@@ -123,6 +123,7 @@ void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
                             const ORKDB::MxProxyInfo& proxyInfo, const std::u16string& dbArgA,
                             const std::u16string& dbArgB, ORKDB_DSType_ENUM dsType, bool flagA,
                             bool flagB, const std::u16string& dbArgC, std::int32_t loadSeconds) {
+  Changed();
   quotes_.Follow(dsType);
   const ORKDB::MxSvrInfo serverInfo(server, port, dbArgA, u"");
   auto connection = std::make_shared<Connection>();
@@ -203,6 +204,7 @@ std::int32_t MxDictionarys::LoadDataTables(std::u16string_view list) {
 
 std::int32_t MxDictionarys::LoadDataTable(std::u16string_view name) {
   if (Find(KeyOf(kDataTableMark, name))) return 0;
+  Changed();  // also where there is none: who asks anew wants the answer of now
   const Dictionary dictionary = ReadDataTable(name);
   if (!dictionary) return ErrNumber();
   Enter(dictionary->name, dictionary);
@@ -225,6 +227,7 @@ bool MxDictionarys::ReadAnew(DictionaryMap::Entries& entries) {
 }
 
 std::int32_t MxDictionarys::Refresh() {
+  Changed();
   for (;;) {
     dictionaries_.Renew();
     DictionaryMap::Change change = dictionaries_.BeginChange();

@@ -31,7 +31,7 @@ class MxDictionary {
   bool isCax() const noexcept { return isCax_; }
 
   std::u16string name;                   ///< empty, or the key in the set
-  Language language;                     ///< of the display forms of a report template
+  Language language;                     ///< of display forms: of a report template, a CAD document
   KeyMap<std::u16string> caxEnumValues;  ///< SQL text by lower-case enumeration word
 
  private:

@@ -1,6 +1,7 @@
 // The dictionary set: look-ups and keys. Loading and renaming stand in files of their own.
 #include "dictionary/MxDictionarys.h"
 
+#include <atomic>
 #include <utility>
 
 #include "dictionary/BaseVocabulary.h"
@@ -8,6 +9,9 @@
 
 namespace ORKBASE {
 namespace {
+
+/// How many tables that are not there a set keeps in mind from one call to the next.
+constexpr std::size_t kMostMissing = 1'000;
 
 /// The first word that `find`, an operation of `MxDictionary`, gives.
 template <class Find>
@@ -36,8 +40,22 @@ std::u16string MxDictionarys::ErrDescription() const {
 
 void MxDictionarys::BeginCall() {
   dictionaries_.Renew();
-  missing_.clear();
+  ForgetMissing();
   load_ = 0;
+}
+
+void MxDictionarys::ForgetMissing() {
+  if (!remembersMissing_ || missing_.size() > kMostMissing) {
+    missing_.clear();
+    return;
+  }
+  // A database that did not answer may do so now.
+  std::erase_if(missing_, [](const auto& entry) { return entry.second.cause == kDatabaseCause; });
+}
+
+void MxDictionarys::Changed() noexcept {
+  static std::atomic<std::uint64_t> last{0};
+  stamp_ = ++last;
 }
 
 const MxWord* MxDictionarys::FindByDesc(std::u16string_view text) const {
@@ -59,6 +77,7 @@ bool MxDictionarys::BindTable(std::u16string_view name, MxErrorRecord& error) {
 }
 
 void MxDictionarys::Enter(std::u16string key, std::shared_ptr<const MxDictionary> dictionary) {
+  Changed();
   dictionaries_.Enter(std::move(key), std::move(dictionary));
 }
 

@@ -24,6 +24,8 @@ struct BaseVocabulary;
 /// What the keys, and names, of dictionaries begin with that were read from the database.
 inline constexpr std::u16string_view kDataTableMark = u"dt:";
 inline constexpr std::u16string_view kTemplateMark = u"rt:";
+/// What the keys of CAD documents begin with; the type follows.
+inline constexpr std::u16string_view kCaxMark = u"cax:";
 
 /// Named dictionaries in key order, which settles what wins when a word stands in several: "base",
 /// "cax:" + CAX type, "dt:" + data table, "rt:" + report-template id. A copy shares dictionaries
@@ -52,6 +54,21 @@ class MxDictionarys final : public WordSource {
   /// time.
   void BeginCall();
 
+  /// Tells two states apart: equal stamps of one set, or of a set and its copy, mean equal keys,
+  /// contents and connection.
+  struct Stamp {
+    std::uint64_t own = 0;     ///< changed with every load, rename, refresh and connection
+    std::uint64_t shared = 0;  ///< changed by what copies replace
+    friend bool operator==(const Stamp&, const Stamp&) = default;
+  };
+  Stamp StampNow() const noexcept { return {stamp_, dictionaries_.SharedVersion()}; }
+
+  /// For a copy that serves questions beside the engine: gives every word the display form that it
+  /// would have if all had been built and loaded under a language. What was read stays.
+  void SpeakLanguage(Language language);
+  /// From now on `BeginCall` keeps in mind which tables there are not, up to a limit.
+  void RememberMissing() noexcept { remembersMissing_ = true; }
+
   /// The loads return 0, or the number that they leave as error. A template is always read anew and
   /// brings its data tables along; a data table is read once. Display forms of form fields and of
   /// CAD words begin with a word of the language.
@@ -73,7 +90,10 @@ class MxDictionarys final : public WordSource {
   /// `LoadDataTable`, asking the database but once in a call for a table that cannot be loaded.
   bool BindTable(std::u16string_view name, MxErrorRecord& error) override;
 
-  void Remove(std::u16string_view key) { dictionaries_.Remove(key); }
+  void Remove(std::u16string_view key) {
+    Changed();
+    dictionaries_.Remove(key);
+  }
   const MxDictionary* Find(std::u16string_view key) const { return dictionaries_.Find(key); }
   void Enter(std::u16string key, std::shared_ptr<const MxDictionary> dictionary);
   const DictionaryMap::Entries& dictionaries() const noexcept { return dictionaries_.All(); }
@@ -106,7 +126,13 @@ class MxDictionarys final : public WordSource {
   /// False where a word becomes too long.
   bool RenameFields(DictionaryMap::Change& change, std::u16string_view list) const;
 
+  /// Makes the stamp another.
+  void Changed() noexcept;
+  void ForgetMissing();
+
   MxErrorRecord error_;
+  std::uint64_t stamp_ = 0;
+  bool remembersMissing_ = false;
   std::shared_ptr<Connection> connection_;
   std::uint64_t load_ = 0;  ///< number that the connection gave to this call's load; 0 for none yet
   std::shared_ptr<const BaseVocabulary> base_;

@@ -24,12 +24,20 @@ struct LastTranslation {
   std::u16string rtId;  ///< as it was then
 };
 
-/// A copy shares dictionaries and connection with its source; the rest is its own.
-struct MxExpression::State {
-  State() = default;
-  State(const State& other);
-  State& operator=(const State& other);
+/// The engine behind the facade. A copy shares dictionaries and connection with its source; the
+/// rest is its own.
+struct EngineState {
+  EngineState() = default;
+  EngineState(const EngineState& other);
+  EngineState& operator=(const EngineState& other);
+  ~EngineState() = default;
 
+  void CopyModes(const EngineState& other);
+
+  /// Verifies a rule as a step of a call that has begun; see `MxExpression::Verify`. Reads words
+  /// and texts in a language.
+  bool Verify(MXRULE_DATATYPE type, std::u16string_view expression, Language language,
+              std::u16string& document, MxErrorRecord& refusal);
   /// The translator for a request, made anew; it works in `tree`. Becomes the last translation.
   std::unique_ptr<IMxTranslator> CreateTranslator(ORKDB_DSType_ENUM dialect);
   /// Oracle where it is asked for, else the database of `Connect`.
@@ -46,9 +54,19 @@ struct MxExpression::State {
   std::u16string rtId;
   ORKDB_DSType_ENUM dsType = kSqlServerDs;
   MxErrorRecord error;  ///< the last one
+};
 
- private:
-  void CopyModes(const State& other);
+struct MxExpression::State : EngineState {};
+
+/// The type that a rule of an expected type is parsed as.
+/// kept: type 2, and 8 with it, is parsed as 5: a text may be made of a value of any type.
+constexpr MXRULE_DATATYPE ParsedType(MXRULE_DATATYPE type) noexcept {
+  return type == kStrDataType || type == kMemoDataType ? kVarDataType : type;
+}
+
+/// For what stands beside the facade and works on copies of its state.
+struct EngineAccess {
+  static const EngineState& Of(const MxExpression& engine) noexcept { return *engine.state_; }
 };
 
 }  // namespace ORKBASE

@@ -31,18 +31,18 @@ struct ClearAtEnd {
 
 }  // namespace
 
-MxExpression::State::State(const State& other) : dictionaries(other.dictionaries) {
+EngineState::EngineState(const EngineState& other) : dictionaries(other.dictionaries) {
   CopyModes(other);
 }
 
-MxExpression::State& MxExpression::State::operator=(const State& other) {
+EngineState& EngineState::operator=(const EngineState& other) {
   if (this == &other) return *this;
   dictionaries = other.dictionaries;
   CopyModes(other);
   return *this;
 }
 
-void MxExpression::State::CopyModes(const State& other) {
+void EngineState::CopyModes(const EngineState& other) {
   lexer.thiscaseVarOn1RcId = other.lexer.thiscaseVarOn1RcId;
   lexer.quotes = other.lexer.quotes;
   last = other.last;
@@ -77,34 +77,33 @@ void MxExpression::Raise(MxErrorRecord error) {
   state_->error = std::move(error);
 }
 
+bool EngineState::Verify(MXRULE_DATATYPE type, std::u16string_view expression, Language language,
+                         std::u16string& document, MxErrorRecord& refusal) {
+  lexer.source = &dictionaries;
+  const ClearAtEnd clear{words};
+  std::forward_list<std::u16string> composed;
+  lexer.ReadWords(expression, language, words, composed);
+  for (WordView& word : words) {
+    if (lexer.VerifyToken(word, refusal)) continue;
+    SetPlace(refusal, expression, &word);
+    return false;
+  }
+  std::int32_t refused = -1;
+  if (parser.ParseExpr(ParsedType(type), words, document, refusal, refused)) return true;
+  if (refused >= 0) {
+    const auto index = static_cast<std::size_t>(refused);
+    SetPlace(refusal, expression, index < words.size() ? &words[index] : nullptr);
+  }
+  return false;
+}
+
 bool MxExpression::Verify(MXRULE_DATATYPE type, const std::u16string& expression,
                           std::u16string& document) {
   Reset();
-  State& state = *state_;
-  state.dictionaries.BeginCall();
-  state.lexer.source = &state.dictionaries;
-  std::vector<WordView>& words = state.words;
-  const ClearAtEnd clear{words};
-  std::forward_list<std::u16string> composed;
-  state.lexer.ReadWords(expression, CurrentLanguage(), words, composed);
-  MxErrorRecord error;
-  for (WordView& word : words) {
-    if (state.lexer.VerifyToken(word, error)) continue;
-    SetPlace(error, expression, &word);
-    Raise(std::move(error));
-    return false;
-  }
-  // kept: type 2, and 8 with it, is parsed as 5: a text may be made of a value of any type.
-  const bool isText = type == kStrDataType || type == kMemoDataType;
-  std::int32_t refused = -1;
-  if (state.parser.ParseExpr(isText ? kVarDataType : type, words, document, error, refused)) {
-    return true;
-  }
-  if (refused >= 0) {
-    const auto index = static_cast<std::size_t>(refused);
-    SetPlace(error, expression, index < words.size() ? &words[index] : nullptr);
-  }
-  Raise(std::move(error));
+  state_->dictionaries.BeginCall();
+  MxErrorRecord refusal;
+  if (state_->Verify(type, expression, CurrentLanguage(), document, refusal)) return true;
+  Raise(std::move(refusal));
   return false;
 }
 

@@ -20,7 +20,7 @@ void ComposeTwo(Tag root, std::u16string& a, std::u16string& b) {
 
 }  // namespace
 
-std::unique_ptr<IMxTranslator> MxExpression::State::CreateTranslator(ORKDB_DSType_ENUM dialect) {
+std::unique_ptr<IMxTranslator> EngineState::CreateTranslator(ORKDB_DSType_ENUM dialect) {
   std::unique_ptr<IMxTranslator> translator = DialectOf(dialect).newTranslator(tree);
   last = {dialect, rtId};
   translator->dictionaries = &dictionaries;
@@ -31,7 +31,7 @@ std::unique_ptr<IMxTranslator> MxExpression::State::CreateTranslator(ORKDB_DSTyp
   return translator;
 }
 
-ORKDB_DSType_ENUM MxExpression::State::DialectFor(ORKDB_DSType_ENUM requested) const noexcept {
+ORKDB_DSType_ENUM EngineState::DialectFor(ORKDB_DSType_ENUM requested) const noexcept {
   return requested == kOracleDs ? kOracleDs : dsType;
 }
 
@@ -81,7 +81,7 @@ std::int32_t MxExpression::Compose(const std::u16string& translated, std::u16str
 std::u16string MxExpression::GetSysTabName(MXRULE_SYMBOL_TYPE symbolType,
                                            const std::u16string& text) {
   Reset();
-  State& state = *state_;
+  EngineState& state = *state_;
   if (!state.last) state.last = {state.DialectFor(kSqlServerDs), state.rtId};
   const auto translator = DialectOf(state.last->dialect).newTranslator(state.tree);
   translator->rtId = state.last->rtId;

@@ -1,0 +1,9 @@
+#include "authoring/Capabilities.h"
+
+namespace ORKBASE {
+
+std::vector<RuleFunction> CapabilitiesOf(AuthoringCall&) {
+  return {};
+}
+
+}  // namespace ORKBASE

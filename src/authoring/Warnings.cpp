@@ -1,0 +1,10 @@
+#include "authoring/Warnings.h"
+
+namespace ORKBASE {
+
+std::vector<RuleProblem> WarningsOf(AuthoringCall&, MXRULE_DATATYPE, std::u16string_view,
+                                    std::u16string_view, std::span<const ORKDB_DSType_ENUM>, bool) {
+  return {};
+}
+
+}  // namespace ORKBASE
