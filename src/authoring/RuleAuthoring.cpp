@@ -24,6 +24,7 @@ namespace {
 struct Spoken {
   bool byTag = false;
   Language language;
+  // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer in it
   friend auto operator<=>(const Spoken&, const Spoken&) = default;
 };
 
