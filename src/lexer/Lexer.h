@@ -44,7 +44,10 @@ class Lexer {
   /// Decides a word for good; see `MxLexicalAnalyzer::VerifyToken`. Where it is refused, `error`
   /// tells why, but not where: the words know no rule text. A refusal with the number 0 has no
   /// text.
-  bool VerifyToken(WordView& word, MxErrorRecord& error) const;
+  bool VerifyToken(WordView& word, MxErrorRecord& error) const {
+    const bool isSettled = word.symbol != kUnknownSymbol && word.postfixCheck == kNoPostfix;
+    return isSettled || Settle(word, error);
+  }
 
   /// The rule text with new names; see `MxLexicalAnalyzer::ChangeExpWithNewDtDfNames`. Where it
   /// would become too long, false with the error, and `out` is the text as it was.
@@ -62,6 +65,8 @@ class Lexer {
   Recognised RecogniseKnown(std::u16string_view token, Characters& characters) const;
   const MxWord* Find(std::u16string_view key) const;
 
+  /// Decides a word with a postfix, or one that no dictionary knows.
+  bool Settle(WordView& word, MxErrorRecord& error) const;
   bool VerifyDataTypePostfix(WordView& word, MxErrorRecord& error) const;
   bool VerifyDataTablePostfix(const WordView& word) const;
   bool VerifyConstant(WordView& word, MxErrorRecord& error) const;
