@@ -56,8 +56,9 @@ class Lexer {
                    std::u16string& out, MxErrorRecord& error);
 
  private:
-  /// Words of one ASCII character that were found already.
-  using Characters = std::array<const MxWord*, 128>;
+  /// Words of one character that were found already: brackets, operators, digits. Cleared for
+  /// every text, so no larger than it has to be.
+  using Characters = std::array<const MxWord*, 64>;
 
   /// Reads what `Recognise` needs from the messages.
   void PrepareRecognition(Language language);
