@@ -205,19 +205,6 @@ std::int16_t CompiledGrammar::OperandOf(const GrammarRule& rule) const noexcept 
 
 // --- what rules begin with -----------------------------------------------------------------------
 
-std::size_t CompiledGrammar::TypeColumn(std::int32_t dataType) noexcept {
-  return dataType >= 0 && dataType < static_cast<std::int32_t>(kTypes) - 1
-             ? static_cast<std::size_t>(dataType)
-             : kTypes - 1;
-}
-
-const FirstAlternatives& CompiledGrammar::BegunBy(std::int32_t symbol,
-                                                  std::int32_t dataType) const noexcept {
-  const auto row = static_cast<std::size_t>(symbol);
-  if (row >= RuleStart::kSymbols) return BegunBy(kNoLiteral);
-  return begunBySymbol_[row][TypeColumn(dataType)];
-}
-
 void CompiledGrammar::FindStarts() {
   FirstAlternatives none;
   none.fill(kNoAlternative);
