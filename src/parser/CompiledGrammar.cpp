@@ -148,8 +148,7 @@ std::int16_t CompiledGrammar::LiteralIndex(std::u16string_view text) {
   return found->second;
 }
 
-std::int16_t CompiledGrammar::LiteralOf(std::u16string_view primary) const {
-  if (primary.size() == 1) return primary[0] < 0x80 ? characterLiterals_[primary[0]] : kNoLiteral;
+std::int16_t CompiledGrammar::LongLiteralOf(std::u16string_view primary) const {
   // Most words are names and numbers: their first character and length tell.
   const char16_t first = primary.empty() ? u'\0' : ToLower(primary.front());
   if (first >= 0x80 || primary.size() > 63) return kNoLiteral;

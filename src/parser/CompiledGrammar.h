@@ -106,7 +106,10 @@ class CompiledGrammar {
   }
 
   /// Index of the literal that a word's canonical text equals, case disregarded, or `kNoLiteral`.
-  std::int16_t LiteralOf(std::u16string_view primary) const;
+  std::int16_t LiteralOf(std::u16string_view primary) const {
+    if (primary.size() != 1) return LongLiteralOf(primary);
+    return primary[0] < characterLiterals_.size() ? characterLiterals_[primary[0]] : kNoLiteral;
+  }
   std::u16string_view LiteralText(std::int16_t index) const noexcept {
     return literals_[static_cast<std::size_t>(index)];
   }
@@ -124,6 +127,7 @@ class CompiledGrammar {
   std::size_t CompileSequence(std::u16string_view text, bool isPrefixRule);
   GrammarItem CompileItem(std::u16string_view text);
   std::int16_t LiteralIndex(std::u16string_view text);
+  std::int16_t LongLiteralOf(std::u16string_view primary) const;
   void ChooseRemembered();
   void AddNamed(const GrammarItem* item, RuleSet& named) const;
   bool IsWordRule(const GrammarRule& rule) const noexcept;
