@@ -35,7 +35,7 @@ MxDictionarys::MxDictionarys(Language language) : base_(SharedBaseVocabulary(lan
 }
 
 std::u16string MxDictionarys::ErrDescription() const {
-  return DescriptionOf(error_);
+  return DescriptionOf(Error());
 }
 
 void MxDictionarys::BeginCall() {
@@ -70,7 +70,7 @@ bool MxDictionarys::BindTable(std::u16string_view name, MxErrorRecord& error) {
   auto missing = missing_.find(name);
   if (missing == missing_.end()) {
     if (LoadDataTable(name) == 0) return true;
-    missing = missing_.emplace(name, error_).first;
+    missing = missing_.emplace(name, Error()).first;
   }
   error = missing->second;
   return false;
@@ -97,8 +97,8 @@ const std::u16string& MxDictionarys::sysVarDoc() const noexcept {
 }
 
 std::int32_t MxDictionarys::Fail(MxErrorRecord error) {
-  error_ = std::move(error);
-  return error_.number;
+  error_.Set(std::move(error));
+  return ErrNumber();
 }
 
 }  // namespace ORKBASE

@@ -13,6 +13,7 @@
 #include "MxRuleEnums.h"
 #include "dictionary/DictionaryMap.h"
 #include "dictionary/MxDictionary.h"
+#include "foundation/LastError.h"
 #include "foundation/RenameList.h"
 #include "foundation/WordSource.h"
 #include "platform/ThreadLanguage.h"
@@ -38,8 +39,8 @@ class MxDictionarys final : public WordSource {
   explicit MxDictionarys(Language language = CurrentLanguage());
 
   /// The error of the last operation that failed. One that succeeds leaves it.
-  const MxErrorRecord& Error() const noexcept { return error_; }
-  std::int32_t ErrNumber() const noexcept { return error_.number; }
+  const MxErrorRecord& Error() const noexcept { return error_.Get(); }
+  std::int32_t ErrNumber() const noexcept { return Error().number; }
   std::u16string ErrDescription() const;
 
   /// Stores how to reach the database; nothing is opened yet. The arguments are those of
@@ -130,7 +131,7 @@ class MxDictionarys final : public WordSource {
   void Changed() noexcept;
   void ForgetMissing();
 
-  MxErrorRecord error_;
+  LastError error_;
   std::uint64_t stamp_ = 0;
   bool remembersMissing_ = false;
   std::shared_ptr<Connection> connection_;

@@ -11,6 +11,7 @@
 #include "MxExpression.h"
 #include "dictionary/MxDictionarys.h"
 #include "document/TagTree.h"
+#include "foundation/LastError.h"
 #include "foundation/WordView.h"
 #include "lexer/Lexer.h"
 #include "parser/RuleInterpreter.h"
@@ -53,7 +54,7 @@ struct EngineState {
   bool useIsNull = true;
   std::u16string rtId;
   ORKDB_DSType_ENUM dsType = kSqlServerDs;
-  MxErrorRecord error;  ///< the last one
+  LastError error;
 };
 
 struct MxExpression::State : EngineState {};

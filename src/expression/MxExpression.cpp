@@ -64,17 +64,17 @@ MxExpression& MxExpression::operator=(const MxExpression& other) {
 MxExpression::~MxExpression() = default;
 
 const MxErrorRecord& MxExpression::errRecord() const noexcept {
-  return state_->error;
+  return state_->error.Get();
 }
 
 void MxExpression::Reset() noexcept {
   ResetError();
-  state_->error = {};
+  state_->error.Clear();
 }
 
 void MxExpression::Raise(MxErrorRecord error) {
   myRaiseError(error.number, DescriptionOf(error));
-  state_->error = std::move(error);
+  state_->error.Set(std::move(error));
 }
 
 bool EngineState::Verify(MXRULE_DATATYPE type, std::u16string_view expression, Language language,

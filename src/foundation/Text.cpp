@@ -141,10 +141,6 @@ std::u16string ReplaceAll(std::u16string_view text, std::u16string_view from,
   return out.append(text);
 }
 
-bool IsBlankText(std::u16string_view text) noexcept {
-  return std::all_of(text.begin(), text.end(), IsBlank);
-}
-
 std::u16string_view TrimBlanks(std::u16string_view text) noexcept {
   const std::size_t first = text.find_first_not_of(u' ');
   if (first == text.npos) return {};

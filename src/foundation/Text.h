@@ -45,7 +45,12 @@ constexpr bool IsBlank(char16_t unit) noexcept {
   return unit == u' ' || unit == u'\n' || unit == u'\r';
 }
 /// True for an empty text and one of nothing but blanks.
-bool IsBlankText(std::u16string_view text) noexcept;
+constexpr bool IsBlankText(std::u16string_view text) noexcept {
+  for (const char16_t unit : text) {
+    if (!IsBlank(unit)) return false;
+  }
+  return true;
+}
 std::u16string_view TrimBlanks(std::u16string_view text) noexcept;
 
 /// Leading white space, a sign and digits, held to 32 bits; 0 where there are none.

@@ -44,7 +44,10 @@ class Lexer {
   /// Decides a word for good; see `MxLexicalAnalyzer::VerifyToken`. Where it is refused, `error`
   /// tells why, but not where: the words know no rule text. A refusal with the number 0 has no
   /// text.
-  bool VerifyToken(WordView& word, MxErrorRecord& error) const;
+  bool VerifyToken(WordView& word, MxErrorRecord& error) const {
+    const bool isSettled = word.symbol != kUnknownSymbol && word.postfixCheck == kNoPostfix;
+    return isSettled || Settle(word, error);
+  }
 
   /// The rule text with new names; see `MxLexicalAnalyzer::ChangeExpWithNewDtDfNames`. Where it
   /// would become too long, false with the error, and `out` is the text as it was.
@@ -53,8 +56,9 @@ class Lexer {
                    std::u16string& out, MxErrorRecord& error);
 
  private:
-  /// Words of one ASCII character that were found already.
-  using Characters = std::array<const MxWord*, 128>;
+  /// Words of one character that were found already: brackets, operators, digits. Cleared for
+  /// every text, so no larger than it has to be.
+  using Characters = std::array<const MxWord*, 64>;
 
   /// Reads what `Recognise` needs from the messages.
   void PrepareRecognition(Language language);
@@ -62,6 +66,8 @@ class Lexer {
   Recognised RecogniseKnown(std::u16string_view token, Characters& characters) const;
   const MxWord* Find(std::u16string_view key) const;
 
+  /// Decides a word with a postfix, or one that no dictionary knows.
+  bool Settle(WordView& word, MxErrorRecord& error) const;
   bool VerifyDataTypePostfix(WordView& word, MxErrorRecord& error) const;
   bool VerifyDataTablePostfix(const WordView& word) const;
   bool VerifyConstant(WordView& word, MxErrorRecord& error) const;

@@ -3,24 +3,36 @@
 #include "lexer/Tokeniser.h"
 
 #include <array>
+#include <cstdint>
 
 #include "foundation/Text.h"
 
 namespace ORKBASE {
 namespace {
 
+/// What a character begins; letters are most of them.
+enum class Begins : std::uint8_t { kWord, kText, kBlanks, kOperator, kLongOperator };
+
 constexpr std::u16string_view kOneCharacter = u"(),+-/\\*=><&%^";
 constexpr std::u16string_view kTwoCharacters[] = {u">=", u"<=", u"<>", u"*=", u"=*"};
 
-constexpr std::array<bool, 128> kDelimiters = [] {
-  std::array<bool, 128> table{};
-  for (const char16_t one : kOneCharacter) table[one] = true;
-  for (const char16_t one : {u'\0', u' ', u'\n', u'\r'}) table[one] = true;
+constexpr std::array<Begins, 128> kBegins = [] {
+  std::array<Begins, 128> table{};
+  for (const char16_t one : kOneCharacter) table[one] = Begins::kOperator;
+  for (const std::u16string_view two : kTwoCharacters) table[two[0]] = Begins::kLongOperator;
+  for (const char16_t blank : {u' ', u'\n', u'\r'}) table[blank] = Begins::kBlanks;
+  table[u'\0'] = Begins::kOperator;
+  table[u'\''] = Begins::kText;
   return table;
 }();
 
+constexpr Begins BegunBy(char16_t c) noexcept {
+  return c < kBegins.size() ? kBegins[c] : Begins::kWord;
+}
+
+/// Whether a word ends in front of it; a quote inside a word is a letter.
 constexpr bool IsDelimiter(char16_t c) noexcept {
-  return c < kDelimiters.size() && kDelimiters[c];
+  return BegunBy(c) >= Begins::kBlanks;
 }
 
 std::size_t BlanksEnd(std::u16string_view text) noexcept {
@@ -54,18 +66,26 @@ std::size_t WordEnd(std::u16string_view text) noexcept {
   return i;
 }
 
-std::u16string_view FirstToken(std::u16string_view text) noexcept {
-  const char16_t first = text.front();
-  if (IsBlank(first)) return text.substr(0, BlanksEnd(text));
-  if (IsDelimiter(first)) return text.substr(0, OperatorEnd(text));
-  if (first == u'\'') return text.substr(0, TextConstantEnd(text));
-  return text.substr(0, WordEnd(text));
+std::size_t FirstTokenEnd(std::u16string_view text) noexcept {
+  switch (BegunBy(text.front())) {
+    case Begins::kOperator:
+      return 1;
+    case Begins::kLongOperator:
+      return OperatorEnd(text);
+    case Begins::kBlanks:
+      return BlanksEnd(text);
+    case Begins::kText:
+      return TextConstantEnd(text);
+    case Begins::kWord:
+      break;
+  }
+  return WordEnd(text);
 }
 
 }  // namespace
 
 void Tokens::Iterator::Cut() noexcept {
-  token_ = rest_.empty() ? rest_ : FirstToken(rest_);
+  token_ = rest_.empty() ? rest_ : rest_.substr(0, FirstTokenEnd(rest_));
 }
 
 }  // namespace ORKBASE

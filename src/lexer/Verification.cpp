@@ -95,7 +95,7 @@ bool HasUnpairedQuote(std::u16string_view primary) noexcept {
 
 }  // namespace
 
-bool Lexer::VerifyToken(WordView& word, MxErrorRecord& error) const {
+bool Lexer::Settle(WordView& word, MxErrorRecord& error) const {
   if (word.symbol != kUnknownSymbol) {
     if (word.postfixCheck == kTypePostfix) return VerifyDataTypePostfix(word, error);
     return word.postfixCheck != kTablePostfix || VerifyDataTablePostfix(word);

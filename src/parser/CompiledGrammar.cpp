@@ -148,8 +148,7 @@ std::int16_t CompiledGrammar::LiteralIndex(std::u16string_view text) {
   return found->second;
 }
 
-std::int16_t CompiledGrammar::LiteralOf(std::u16string_view primary) const {
-  if (primary.size() == 1) return primary[0] < 0x80 ? characterLiterals_[primary[0]] : kNoLiteral;
+std::int16_t CompiledGrammar::LongLiteralOf(std::u16string_view primary) const {
   // Most words are names and numbers: their first character and length tell.
   const char16_t first = primary.empty() ? u'\0' : ToLower(primary.front());
   if (first >= 0x80 || primary.size() > 63) return kNoLiteral;
@@ -204,19 +203,6 @@ std::int16_t CompiledGrammar::OperandOf(const GrammarRule& rule) const noexcept 
 }
 
 // --- what rules begin with -----------------------------------------------------------------------
-
-std::size_t CompiledGrammar::TypeColumn(std::int32_t dataType) noexcept {
-  return dataType >= 0 && dataType < static_cast<std::int32_t>(kTypes) - 1
-             ? static_cast<std::size_t>(dataType)
-             : kTypes - 1;
-}
-
-const FirstAlternatives& CompiledGrammar::BegunBy(std::int32_t symbol,
-                                                  std::int32_t dataType) const noexcept {
-  const auto row = static_cast<std::size_t>(symbol);
-  if (row >= RuleStart::kSymbols) return BegunBy(kNoLiteral);
-  return begunBySymbol_[row][TypeColumn(dataType)];
-}
 
 void CompiledGrammar::FindStarts() {
   FirstAlternatives none;

@@ -2,6 +2,7 @@
 // whole process. The steps taken over it are those of the texts.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cstdint>
@@ -95,13 +96,20 @@ class CompiledGrammar {
   const FirstAlternatives& BegunBy(std::int16_t literal) const noexcept {
     return begunByLiteral_[static_cast<std::size_t>(literal + 1)];
   }
-  const FirstAlternatives& BegunBy(std::int32_t symbol, std::int32_t dataType) const noexcept;
+  const FirstAlternatives& BegunBy(std::int32_t symbol, std::int32_t dataType) const noexcept {
+    const auto row = static_cast<std::size_t>(symbol);
+    if (row >= RuleStart::kSymbols) return BegunBy(kNoLiteral);
+    return begunBySymbol_[row][TypeColumn(dataType)];
+  }
   const RuleStart& StartOf(std::int16_t rule) const noexcept {
     return starts_[static_cast<std::size_t>(rule)];
   }
 
   /// Index of the literal that a word's canonical text equals, case disregarded, or `kNoLiteral`.
-  std::int16_t LiteralOf(std::u16string_view primary) const;
+  std::int16_t LiteralOf(std::u16string_view primary) const {
+    if (primary.size() != 1) return LongLiteralOf(primary);
+    return primary[0] < characterLiterals_.size() ? characterLiterals_[primary[0]] : kNoLiteral;
+  }
   std::u16string_view LiteralText(std::int16_t index) const noexcept {
     return literals_[static_cast<std::size_t>(index)];
   }
@@ -119,6 +127,7 @@ class CompiledGrammar {
   std::size_t CompileSequence(std::u16string_view text, bool isPrefixRule);
   GrammarItem CompileItem(std::u16string_view text);
   std::int16_t LiteralIndex(std::u16string_view text);
+  std::int16_t LongLiteralOf(std::u16string_view primary) const;
   void ChooseRemembered();
   void AddNamed(const GrammarItem* item, RuleSet& named) const;
   bool IsWordRule(const GrammarRule& rule) const noexcept;
@@ -129,7 +138,9 @@ class CompiledGrammar {
 
   // Value types of words: those of the enumeration, and one for every other number.
   static constexpr std::size_t kTypes = 12;
-  static std::size_t TypeColumn(std::int32_t dataType) noexcept;
+  static constexpr std::size_t TypeColumn(std::int32_t dataType) noexcept {
+    return std::min(static_cast<std::size_t>(dataType), kTypes - 1);  // also for negative numbers
+  }
 
   std::array<std::int16_t, kTypes> startRules_;  // -1 for a type without one
   std::vector<RuleStart> starts_;

@@ -29,7 +29,8 @@ bool ShapeTree::IsDelimiter(ShapeIndex shape) const noexcept {
 bool ShapeTree::IsOpenBracket(ShapeIndex shape) const noexcept {
   if (shape == kNoShape) return false;
   const std::int32_t word = shapes_[static_cast<std::size_t>(shape)].word;
-  return UpToZero(words_[static_cast<std::size_t>(word)].primary) == u"(";
+  const std::u16string_view primary = words_[static_cast<std::size_t>(word)].primary;
+  return primary.starts_with(u'(') && UpToZero(primary).size() == 1;
 }
 
 ShapeIndex ShapeTree::ComposeToTree(std::span<const ShapeIndex> nodes, std::int32_t semanticType) {

@@ -97,10 +97,6 @@ void MxXmlNode::SetAttr(std::u16string_view name, std::int32_t value) {
   SetAttr(name, Decimal(value));
 }
 
-void MxXmlNode::SetAttr(std::string_view name, std::int32_t value) {
-  SetAttr(Utf8ToWide(name), value);
-}
-
 void MxXmlNode::AddChild(MxXmlNode child) {
   if (!node_ || !child) return;
   Unlink(*child.node_);

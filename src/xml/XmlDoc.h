@@ -41,7 +41,6 @@ class MxXmlNode {
   /// become U+FFFD.
   void SetAttr(std::u16string_view name, std::u16string_view value);
   void SetAttr(std::u16string_view name, std::int32_t value);
-  void SetAttr(std::string_view name, std::int32_t value);
 
   /// Takes `child`, a node of the same document, out of its place and appends it here.
   void AddChild(MxXmlNode child);

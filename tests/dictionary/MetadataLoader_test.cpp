@@ -2,29 +2,22 @@
 #include "dictionary/MxDictionarys.h"
 
 #include "OrkPlatform.h"
-#include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
 
 #include "CpuSeconds.h"
 #include "DictionaryWords.h"
+#include "MetadataViews.h"
 #include "SampleDatabase.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <iterator>
 #include <memory>
 #include <string>
-#include <vector>
 
 using namespace ORKBASE;
 
 namespace {
-
-constexpr const char* kViews =
-    "create table mx_v_datafield (dtName, fldName, fldRealName, baseType, dtId, fldId,"
-    " tabRealName, tabRefName, state);"
-    "create table mx_v_rtfs (rttId, rtfId, fldName, realName, baseType, fldId);"
-    "create table Mx_v_Rtts (rttId, rtId, dtName, dtId, realName, refName, style, state);";
 
 class MetadataLoader : public testing::Test {
  protected:
@@ -208,152 +201,6 @@ TEST_F(MetadataLoader, ReplacesATemplateButReadsADataTableOnce) {
   EXPECT_EQ(set.LoadReportTemplate(u"7"), -1);  // the old one is gone before the new one fails
   EXPECT_EQ(set.Find(u"rt:7"), nullptr);
   EXPECT_NE(set.Find(u"dt:T"), nullptr);
-}
-
-namespace {
-
-/// Counts the queries that reach a database.
-struct CountingAccessor : ORKDB::CDBAccessor {
-  explicit CountingAccessor(std::unique_ptr<ORKDB::CDBAccessor> real) : inner(std::move(real)) {}
-  std::unique_ptr<ORKDB::CDBRecordSet> QueryByStatement(const std::u16string& statement,
-                                                        const ORKDB::MxParams& params,
-                                                        const std::u16string& /*reservedA*/,
-                                                        std::int32_t /*reservedB*/,
-                                                        std::int32_t /*reservedC*/) override {
-    ++queries;
-    statements.push_back(U8(statement));
-    for (const ORKDB::MxParam& param : params.Params()) {
-      parameters.push_back(U8(param.name) + U8(param.operation) + U8(param.value));
-    }
-    auto rows = inner->QueryByStatement(statement, params);
-    SetError(inner->errNumber, inner->ErrDescription());
-    return rows;
-  }
-  void BeginLoad() override { ++loads; }
-  std::unique_ptr<ORKDB::CDBAccessor> inner;
-  static inline int queries = 0;
-  static inline int loads = 0;
-  static inline std::vector<std::string> statements;
-  static inline std::vector<std::string> parameters;
-};
-
-/// Brings the kind `counting:`, the accessors of SQLite files with their queries counted from 0.
-class CountedQueries {
- public:
-  CountedQueries() {
-    CountingAccessor::queries = CountingAccessor::loads = 0;
-    Creator().RegisterKind(u"counting:", [](const ORKDB::AccessorRequest& request) {
-      const ORKDB::MxSvrInfo server(u"sqlite:" + request.location, 0, u"", u"");
-      return std::make_unique<CountingAccessor>(Creator().CreateAccessor(
-          server, request.proxy, u"", request.dsType, false, true, u"", u""));
-    });
-  }
-  ~CountedQueries() { Creator().RegisterKind(u"counting:", {}); }
-  CountedQueries(const CountedQueries&) = delete;
-  CountedQueries& operator=(const CountedQueries&) = delete;
-
-  void Connect(MxDictionarys& set, const TempDatabase& database) const {
-    set.Connect(U16("counting:" + database.Path()), 0, ORKDB::MxProxyInfo(), u"", u"", kSqlServerDs,
-                false, true, u"");
-  }
-
- private:
-  static ORKDB::CDBAccessorCreator& Creator() { return *ORKDB::CDBAccessorCreator::instance(); }
-};
-
-}  // namespace
-
-TEST_F(MetadataLoader, IssuesNoSecondQueryForADataTable) {
-  const CountedQueries counted;
-  MxDictionarys set;
-  counted.Connect(set, SampleDatabase());
-  EXPECT_EQ(set.LoadDataTables(u"T,Orders,T,Orders"), 0);
-  EXPECT_EQ(set.LoadDataTable(u"T"), 0);
-  EXPECT_EQ(CountingAccessor::queries, 2);
-  MxDictionarys copy(set);  // a copy does not read again either
-  EXPECT_EQ(copy.LoadDataTable(u"Orders"), 0);
-  EXPECT_EQ(CountingAccessor::queries, 2);
-  CountingAccessor::statements.clear();
-  CountingAccessor::parameters.clear();
-  EXPECT_EQ(set.LoadReportTemplate(u"7"), 0);
-  EXPECT_EQ(CountingAccessor::queries, 5);  // the template and its two tables, each once
-  ASSERT_FALSE(CountingAccessor::statements.empty());
-  EXPECT_EQ(CountingAccessor::statements.front(),
-            "select t.rttId, f.rtfId, t.dtName, f.fldName, f.realName as fldRealName, f.baseType,  "
-            "t.dtId, f.fldId, t.realName as tabRealName, t.refName as tabRefName, t.style,  "
-            "t.state as created  from mx_v_rtfs f,Mx_v_Rtts t  where t.rtId=? and f.rttId=t.rttId");
-  const std::vector<std::string> expected = {"rtId=7", "dtName=Header", "dtName=Lines"};
-  EXPECT_EQ(CountingAccessor::parameters, expected);
-}
-
-TEST_F(MetadataLoader, AsksForAnUnknownTableOnceInACall) {
-  const CountedQueries counted;
-  const TempDatabase database(kViews);
-  MxDictionarys set;
-  counted.Connect(set, database);
-  MxErrorRecord error;
-  EXPECT_FALSE(set.BindTable(u"T", error));
-  EXPECT_EQ(error.message, kMsgNoDataTable);
-  error = {};
-  EXPECT_FALSE(set.BindTable(u"T", error));
-  EXPECT_EQ(error.message, kMsgNoDataTable);  // the same error without a query
-  EXPECT_EQ(CountingAccessor::queries, 1);
-  EXPECT_FALSE(set.BindTable(u"t", error));  // asked for as it is written
-  EXPECT_EQ(CountingAccessor::queries, 2);
-  database.Run("insert into mx_v_datafield values ('T', 'a', 'a', 1, 1, 1, 'T', '', 1);");
-  EXPECT_FALSE(set.BindTable(u"T", error));
-  set.BeginCall();
-  EXPECT_TRUE(set.BindTable(u"T", error));
-  EXPECT_TRUE(set.BindTable(u"T", error));
-  EXPECT_EQ(CountingAccessor::queries, 3);
-}
-
-TEST_F(MetadataLoader, AsksAServerThatFailedOnceInACall) {
-  const CountedQueries counted;
-  const TempDatabase database("create table x (a);");
-  MxDictionarys set;
-  counted.Connect(set, database);
-  MxErrorRecord error;
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_FALSE(set.BindTable(u"T", error));
-    EXPECT_EQ(error.cause, kDatabaseCause);
-  }
-  EXPECT_EQ(CountingAccessor::queries, 1);
-  database.Run(kViews);
-  set.BeginCall();
-  EXPECT_FALSE(set.BindTable(u"T", error));
-  EXPECT_EQ(error.cause, kRequestCause);
-}
-
-TEST_F(MetadataLoader, LoadsOfCopiesThatTakeTurnsDoNotShareALimitOfTime) {
-  const CountedQueries counted;
-  MxDictionarys set;
-  counted.Connect(set, SampleDatabase());
-  MxDictionarys copy(set);
-  set.BeginCall();
-  EXPECT_EQ(set.LoadDataTables(u"T,Orders"), 0);
-  EXPECT_EQ(CountingAccessor::loads, 1);  // both tables are of one load
-  copy.BeginCall();
-  EXPECT_EQ(CountingAccessor::loads, 1);  // a call that asks for nothing begins none
-  EXPECT_EQ(copy.LoadDataTable(u"T"), 0);
-  EXPECT_EQ(CountingAccessor::loads, 2);
-  EXPECT_EQ(set.LoadDataTable(u"Customer"), 0);
-  EXPECT_EQ(CountingAccessor::loads, 3);  // not what the other has left of its time
-  set.BeginCall();
-  EXPECT_EQ(set.LoadDataTable(u"Stock"), 0);
-  EXPECT_EQ(CountingAccessor::loads, 4);
-}
-
-TEST_F(MetadataLoader, ReadsATemplateAndItsTablesAnewWithOneQueryEach) {
-  const CountedQueries counted;
-  MxDictionarys set;
-  counted.Connect(set, SampleDatabase());
-  ASSERT_EQ(set.LoadReportTemplate(u"7"), 0);
-  CountingAccessor::parameters.clear();
-  EXPECT_EQ(set.Refresh(), 0);
-  const std::vector<std::string> expected = {"dtName=Header", "dtName=Lines", "rtId=7"};
-  EXPECT_EQ(CountingAccessor::parameters, expected);
-  EXPECT_EQ(KeysOf(set), "dt:Header dt:Lines rt:7");
 }
 
 TEST_F(MetadataLoader, StopsAListAtTheFirstFailure) {
