@@ -1,0 +1,49 @@
+// How a word of a document is written in a rule: the way back from the canonical spelling to what
+// the lexer takes for it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "MxErrorRecord.h"
+#include "document/TagTree.h"
+
+namespace ORKBASE {
+
+class AuthoringCall;
+
+/// Finds the spelling of words in the language of a call. Each is tried by reading it, so what is
+/// given is taken by the lexer for the very word: a field of that table, a parameter of that type.
+/// Loads the tables that words name.
+class WordSpelling {
+ public:
+  explicit WordSpelling(AuthoringCall& call) : call_(call) {}
+
+  /// False, with the error, for a word that cannot be written.
+  bool Spell(Tag tag, std::u16string& text, MxErrorRecord& error);
+
+ private:
+  /// What has to come out of the spelling.
+  struct Asked {
+    std::u16string_view primary;
+    std::int32_t symbol;
+    std::int32_t dataType;
+  };
+
+  bool Find(Tag tag);
+  bool TryWordsNamed(std::u16string_view primary, std::u16string_view behind);
+  bool TryPostfixed();
+  bool Try(std::u16string_view text);
+  bool Reads(std::u16string text);
+  MxErrorRecord Refusal() const;
+
+  AuthoringCall& call_;
+  Asked asked_{};
+  std::u16string found_;
+  bool isKnown_ = false;         ///< some dictionary has a word of that name and kind
+  std::u16string otherWord_;     ///< the first spelling that is another word
+  MxErrorRecord lexersRefusal_;  ///< of the last spelling that is none, an outage before all
+};
+
+}  // namespace ORKBASE
