@@ -97,10 +97,20 @@ bool WordSpelling::Reads(std::u16string text) {
     if (lexersRefusal_.cause != kDatabaseCause) lexersRefusal_ = reading.refusals.front();
     return false;
   }
-  const bool isSameWord = UpToZero(word.primary) == asked_.primary && word.symbol == asked_.symbol;
-  if (!isSameWord && otherWord_.empty()) otherWord_ = text;
-  if (!isSameWord || word.dataType != asked_.dataType) return false;
+  const std::u16string_view primary = UpToZero(word.primary);
+  const bool isOther = word.symbol != asked_.symbol || !EqualsIgnoringCase(primary, asked_.primary);
+  if (isOther && otherWord_.empty()) otherWord_ = text;
+  if (isOther || primary != asked_.primary || !FitsType(word)) return false;
   found_ = std::move(text);
+  return true;
+}
+
+bool WordSpelling::FitsType(const WordView& word) {
+  if (word.dataType == asked_.dataType) return true;
+  if (!word.entry || word.symbol != kDataFieldSymbol || asked_.dataType != kVarDataType) {
+    return false;
+  }
+  atFirstSight_.insert(word.entry->dtName);
   return true;
 }
 

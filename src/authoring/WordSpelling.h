@@ -3,11 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 
 #include "MxErrorRecord.h"
 #include "document/TagTree.h"
+#include "foundation/WordView.h"
 
 namespace ORKBASE {
 
@@ -23,6 +25,10 @@ class WordSpelling {
   /// False, with the error, for a word that cannot be written.
   bool Spell(Tag tag, std::u16string& text, MxErrorRecord& error);
 
+  /// Tables of key columns that have no type, although the table lists them with one: the rule of
+  /// such a document was read before the table was loaded.
+  const std::set<std::u16string>& TablesAtFirstSight() const noexcept { return atFirstSight_; }
+
  private:
   /// What has to come out of the spelling.
   struct Asked {
@@ -36,13 +42,15 @@ class WordSpelling {
   bool TryPostfixed();
   bool Try(std::u16string_view text);
   bool Reads(std::u16string text);
+  bool FitsType(const WordView& word);
   MxErrorRecord Refusal() const;
 
   AuthoringCall& call_;
   Asked asked_{};
   std::u16string found_;
-  bool isKnown_ = false;         ///< some dictionary has a word of that name and kind
-  std::u16string otherWord_;     ///< the first spelling that is another word
+  bool isKnown_ = false;      ///< some dictionary has a word of that name and kind
+  std::u16string otherWord_;  ///< the first spelling that is another word
+  std::set<std::u16string> atFirstSight_;
   MxErrorRecord lexersRefusal_;  ///< of the last spelling that is none, an outage before all
 };
 

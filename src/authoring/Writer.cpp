@@ -12,6 +12,8 @@
 #include "document/TagReader.h"
 #include "platform/ErrorTexts.h"
 
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -45,6 +47,10 @@ class RuleText {
       if (!Step()) return false;
     }
     return true;
+  }
+
+  const std::set<std::u16string>& TablesAtFirstSight() const noexcept {
+    return spelling_.TablesAtFirstSight();
   }
 
   std::u16string text;
@@ -123,12 +129,25 @@ MXRULE_DATATYPE TypeOf(Tag root) {
   }
 }
 
+/// As `AuthoringCall::Verify`, for an engine that has not loaded some tables yet.
+bool VerifyAtFirstSight(AuthoringCall& call, const std::set<std::u16string>& tables,
+                        MXRULE_DATATYPE type, std::u16string_view rule, std::u16string& document,
+                        MxErrorRecord& refusal) {
+  if (tables.empty()) return call.Verify(type, rule, document, refusal);
+  EngineState engine(call.Engine());
+  for (const std::u16string& table : tables) {
+    engine.dictionaries.Remove(std::u16string(kDataTableMark).append(table));
+  }
+  return engine.Verify(type, rule, call.TextLanguage(), document, refusal);
+}
+
 /// Whether the rule gives the document; else the error tells.
-bool Gives(AuthoringCall& call, std::u16string_view rule, Tag root, MxErrorRecord& error) {
+bool Gives(AuthoringCall& call, const RuleText& rule, Tag root, MxErrorRecord& error) {
   std::u16string document;
   MxErrorRecord refusal;
   TagTree tree;
-  const bool isRule = call.Verify(TypeOf(root), rule, document, refusal);
+  const bool isRule = VerifyAtFirstSight(call, rule.TablesAtFirstSight(), TypeOf(root), rule.text,
+                                         document, refusal);
   if (isRule && ReadTagTree(document, tree) && AreOfOneRule(root, tree.Root())) return true;
   if (refusal.cause == kDatabaseCause) {
     error = std::move(refusal);
@@ -154,7 +173,7 @@ bool WriteRule(AuthoringCall& call, std::u16string_view document, std::u16string
     error = std::move(written.error);
     return false;
   }
-  if (!Gives(call, written.text, tree.Root(), error)) return false;
+  if (!Gives(call, written, tree.Root(), error)) return false;
   rule = std::move(written.text);
   return true;
 }
