@@ -11,10 +11,12 @@ namespace ORKBASE {
 namespace {
 
 /// The word as the dictionary spells it, with what was typed behind it; as it was typed where that
-/// would be another word.
+/// would be another word, be it only as long as its table is not loaded.
 std::u16string DisplayForm(AuthoringCall& call, const WordView& word) {
   std::u16string typed(word.written);
-  if (!word.entry) return typed;
+  const bool mayChange =
+      word.symbol == kDataFieldSymbol && word.entry && IsPseudoColumn(word.entry->fldName);
+  if (!word.entry || mayChange) return typed;
   std::u16string text = word.entry->outDesc;
   text += word.primary.substr(word.entry->primary.size());
   if (text == typed) return typed;

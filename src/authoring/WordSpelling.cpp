@@ -100,17 +100,18 @@ bool WordSpelling::Reads(std::u16string text) {
   const std::u16string_view primary = UpToZero(word.primary);
   const bool isOther = word.symbol != asked_.symbol || !EqualsIgnoringCase(primary, asked_.primary);
   if (isOther && otherWord_.empty()) otherWord_ = text;
-  if (isOther || primary != asked_.primary || !FitsType(word)) return false;
+  const bool isExact = primary == asked_.primary && word.dataType == asked_.dataType;
+  if (isOther || !(isExact || IsAtFirstSight(text, word))) return false;
   found_ = std::move(text);
   return true;
 }
 
-bool WordSpelling::FitsType(const WordView& word) {
-  if (word.dataType == asked_.dataType) return true;
-  if (!word.entry || word.symbol != kDataFieldSymbol || asked_.dataType != kVarDataType) {
-    return false;
-  }
+bool WordSpelling::IsAtFirstSight(std::u16string_view text, const WordView& word) {
+  const bool canBe = word.entry && word.symbol == kDataFieldSymbol &&
+                     asked_.dataType == kVarDataType && text == asked_.primary;
+  if (!canBe || !IsPseudoColumn(word.entry->fldName)) return false;
   atFirstSight_.insert(word.entry->dtName);
+  atFirstSight_.emplace(text.substr(0, text.find(u'.')));  // where case does not count
   return true;
 }
 

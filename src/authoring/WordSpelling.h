@@ -25,8 +25,8 @@ class WordSpelling {
   /// False, with the error, for a word that cannot be written.
   bool Spell(Tag tag, std::u16string& text, MxErrorRecord& error);
 
-  /// Tables of key columns that have no type, although the table lists them with one: the rule of
-  /// such a document was read before the table was loaded.
+  /// Tables of key columns that stand as they were typed and have no type, although the table lists
+  /// them: the rule of such a document was read before the table was loaded.
   const std::set<std::u16string>& TablesAtFirstSight() const noexcept { return atFirstSight_; }
 
  private:
@@ -42,7 +42,7 @@ class WordSpelling {
   bool TryPostfixed();
   bool Try(std::u16string_view text);
   bool Reads(std::u16string text);
-  bool FitsType(const WordView& word);
+  bool IsAtFirstSight(std::u16string_view text, const WordView& word);
   MxErrorRecord Refusal() const;
 
   AuthoringCall& call_;

@@ -12,8 +12,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <map>
+#include <string>
+#include <vector>
 
 namespace ORKBASE {
 namespace {

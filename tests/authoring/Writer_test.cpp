@@ -10,7 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sstream>
+#include <vector>
 
 namespace ORKBASE {
 namespace {
@@ -193,13 +195,18 @@ TEST_F(Writer, LoadsTheTablesThatADocumentNames) {
 TEST_F(Writer, WritesAKeyColumnThatWasReadBeforeItsTable) {
   // Table K lists its column RCID as a number. A rule that is read before the table is loaded does
   // not know that, one that is read later does; both are rules of this text.
-  const std::u16string rule = u"K.RCID = 1 and K.LumentaRCID = '1'";
+  const std::u16string rule = u"K.rcid = 1 and K.LumentaRCID = '1'";
   const std::u16string first = english_.Verify(kLogic, rule);
   const std::u16string second = english_.Verify(kLogic, rule);
   EXPECT_NE(WithoutSpelling(first), WithoutSpelling(second));
   EXPECT_EQ(U8(Write(u"en", first)), U8(rule));
-  EXPECT_EQ(U8(Write(u"en", second)), U8(rule));
+  EXPECT_EQ(U8(Write(u"en", second)), "K.RCID = 1 and K.LumentaRCID = '1'");
   EXPECT_EQ(U8(Write(u"en", first)), U8(rule));
+  // Formatting keeps both documents.
+  EXPECT_EQ(U8(authoring_.Format(u"K.rcid=1", 0)), "K.rcid = 1");
+  // A field that is no key column has its type from the beginning.
+  EXPECT_EQ(U8(Write(u"en", u"<tag primary='T.a' symbol='4' dataType='5'/>")),
+            "|No rule gives this document.|");
 }
 
 TEST_F(Writer, KeepsTheWordBeforeFieldsOfTheRecordWhereItIsTakenOff) {
