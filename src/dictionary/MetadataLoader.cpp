@@ -18,6 +18,7 @@ const std::u16string kTemplateStatement =
     u"t.dtId, f.fldId, t.realName as tabRealName, t.refName as tabRefName, t.style,  "
     u"t.state as created  from mx_v_rtfs f,Mx_v_Rtts t  where t.rtId=? and f.rttId=t.rttId";
 const std::u16string kDataFieldView = u"mx_v_datafield";
+const std::u16string kTableNamesStatement = u"select distinct dtName from mx_v_datafield";
 const std::u16string kDataFieldColumns =
     u"dtName, fldName, fldRealName, baseType, dtId, fldId, tabRealName, tabRefName, state";
 
@@ -169,19 +170,41 @@ MxDictionarys::Dictionary MxDictionarys::ReadReportTemplate(std::u16string_view 
   return dictionary;
 }
 
-MxDictionarys::Dictionary MxDictionarys::ReadDataTable(std::u16string_view name) {
-  const auto rows = Query([name](ORKDB::CDBAccessor& accessor) {
+std::unique_ptr<ORKDB::CDBRecordSet> MxDictionarys::DataTableRows(std::u16string_view name) {
+  auto rows = Query([name](ORKDB::CDBAccessor& accessor) {
     return accessor.SelectByTable(kDataFieldView, kDataFieldColumns, OneParam(u"dtName", name));
   });
+  if (!rows || !rows->EndOfRows()) return rows;
+  Fail(MakeError(kRequestCause, kMsgNoDataTable, {name}));
+  return nullptr;
+}
+
+MxDictionarys::Dictionary MxDictionarys::ReadDataTable(std::u16string_view name) {
+  const auto rows = DataTableRows(name);
   if (!rows) return nullptr;
-  if (rows->EndOfRows()) {
-    Fail(MakeError(kRequestCause, kMsgNoDataTable, {name}));
-    return nullptr;
-  }
   auto dictionary = std::make_shared<MxDictionary>();
   dictionary->name = KeyOf(kDataTableMark, name);
   for (; !rows->EndOfRows(); rows->NextRow()) dictionary->AddEntry(ReadDataField(*rows));
   return dictionary;
+}
+
+bool MxDictionarys::ReadTableNames(std::vector<std::u16string>& names) {
+  const auto rows = Query([](ORKDB::CDBAccessor& accessor) {
+    return accessor.QueryByStatement(kTableNamesStatement, ORKDB::MxParams(false));
+  });
+  if (!rows) return false;
+  std::u16string name;
+  for (; !rows->EndOfRows(); rows->NextRow()) {
+    names.push_back(rows->TextColumn(name, u"dtName", u""));
+  }
+  return true;
+}
+
+bool MxDictionarys::ReadFields(std::u16string_view table, std::vector<MxWord>& fields) {
+  const auto rows = DataTableRows(table);
+  if (!rows) return false;
+  for (; !rows->EndOfRows(); rows->NextRow()) fields.push_back(ReadDataField(*rows));
+  return true;
 }
 
 std::int32_t MxDictionarys::LoadReportTemplate(const std::u16string& id, Language language) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "DataAccess.h"
 #include "MxErrorRecord.h"
@@ -84,6 +85,12 @@ class MxDictionarys final : public WordSource {
   /// `MxExpression::Refresh`. 0, or the number of the load that failed, and nothing has changed.
   std::int32_t Refresh();
 
+  /// What the database has, without loading it: the name of each data table, once, and the words of
+  /// one table in the database's order. False, with the error, where it does not answer, or where
+  /// there is no such table.
+  bool ReadTableNames(std::vector<std::u16string>& names);
+  bool ReadFields(std::u16string_view table, std::vector<MxWord>& fields);
+
   /// The word of the first dictionary that has it, or null. Valid until the next call begins,
   /// unless its dictionary is removed or replaced before.
   const MxWord* FindByDesc(std::u16string_view text) const override;
@@ -122,6 +129,8 @@ class MxDictionarys final : public WordSource {
   /// Read a dictionary; null with the error. `tables` receives the names of the template's tables.
   Dictionary ReadReportTemplate(std::u16string_view id, Language language, std::u16string& tables);
   Dictionary ReadDataTable(std::u16string_view name);
+  /// The rows of a data table, at least one; null with the error.
+  std::unique_ptr<ORKDB::CDBRecordSet> DataTableRows(std::u16string_view name);
   /// Puts a newly read content into each entry that was read from the database.
   bool ReadAnew(DictionaryMap::Entries& entries);
   /// False where a word becomes too long.

@@ -17,6 +17,11 @@
 
 namespace ORKBASE {
 
+/// Whether every data table has the column without listing it: RCID and the like, in any case. A
+/// rule that names one before its table is loaded has it as it was typed and of any type, also
+/// where the table does list it.
+bool IsPseudoColumn(std::u16string_view field);
+
 /// Recognises and verifies words. Refers to a source of words that it does not own, or to none.
 /// Used by one thread at a time.
 class Lexer {

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -95,6 +96,12 @@ bool HasUnpairedQuote(std::u16string_view primary) noexcept {
 
 }  // namespace
 
+bool IsPseudoColumn(std::u16string_view field) {
+  const std::u16string upper = ToUpper(field);
+  return std::any_of(std::begin(kPseudoColumns), std::end(kPseudoColumns),
+                     [&](std::u16string_view column) { return upper == column; });
+}
+
 bool Lexer::Settle(WordView& word, MxErrorRecord& error) const {
   if (word.symbol != kUnknownSymbol) {
     if (word.postfixCheck == kTypePostfix) return VerifyDataTypePostfix(word, error);
@@ -150,9 +157,7 @@ void Lexer::VerifyDataField(WordView& word, MxErrorRecord& error) const {
     error.behind.push_back(std::move(behind));
     return;
   }
-  const std::u16string field = ToUpper(pieces[1]);
-  for (const std::u16string_view column : kPseudoColumns) {
-    if (field != column) continue;
+  if (IsPseudoColumn(pieces[1])) {
     word.symbol = kDataFieldSymbol;
     return;
   }
