@@ -14,6 +14,7 @@ constexpr Known none = Known::kUnwritten;
 constexpr Known run = Known::kRun;
 constexpr Known like = Known::kStandIn;
 constexpr Known book = Known::kManual;
+constexpr Known sql = Known::kWritten;
 constexpr Known user = Known::kSupplied;
 constexpr Known bare = Known::kMissing;
 
@@ -97,6 +98,49 @@ constexpr FunctionFact kFunctionFacts[] = {
     {u"year",                    {book, none,  book, like,    like}},
 };
 
+constexpr TraitFact kTraitFacts[] = {
+    //                          default oracle dm    kingbase openGauss
+    {Trait::kCutsText,           {book, none,  book, none,    none}},
+    {Trait::kPrintsDates,        {none, sql,   none, none,    none}},
+    {Trait::kReadsDatesByMask,   {none, sql,   none, none,    none}},
+    {Trait::kEmptyTextIsNull,    {none, book,  none, none,    none}},
+    {Trait::kKeepsYear,          {none, sql,   none, none,    none}},
+    {Trait::kEndsAtMidnight,     {none, sql,   none, none,    none}},
+    {Trait::kKeepsFormInSet,     {none, none,  none, none,    run}},
+    {Trait::kNoPower,            {none, book,  none, none,    none}},
+    {Trait::kPowerIsBits,        {book, none,  book, none,    none}},
+    {Trait::kNoRemainder,        {none, book,  none, none,    none}},
+    {Trait::kNoOuterJoin,        {book, book,  none, run,     run}},
+    {Trait::kCountsBorders,      {book, none,  book, like,    like}},
+    {Trait::kCountsTime,         {none, like,  none, none,    none}},
+    {Trait::kKeepsLastDay,       {none, like,  none, none,    none}},
+    {Trait::kKeepsDayNumber,     {book, none,  book, run,     run}},
+    {Trait::kServerWeek,         {book, book,  none, none,    none}},
+    {Trait::kMondayWeek,         {none, none,  none, run,     run}},
+    {Trait::kNaturalLog,         {book, like,  book, none,    none}},
+    {Trait::kLogOfTen,           {none, none,  none, run,     run}},
+    {Trait::kCutsDivision,       {book, none,  book, run,     none}},
+    {Trait::kExactDivision,      {none, book,  none, none,    book}},
+    {Trait::kRoundsPlaces,       {book, none,  book, run,     run}},
+    {Trait::kCutsPlaces,         {none, like,  none, none,    none}},
+    {Trait::kZeroIsFirst,        {none, like,  none, none,    none}},
+    {Trait::kZeroIsBefore,       {book, none,  none, run,     run}},
+    {Trait::kTimeStyle,          {book, none,  none, none,    none}},
+    {Trait::kMonthStyle,         {none, like,  book, run,     run}},
+};
+
+constexpr MixingArgument kMixingArguments[] = {
+    //                                             default oracle dm    kingbase openGauss
+    {u"dateAdd",       1, u"yy", Beside::kFactor,   {none, sql,   none, none,    none}},
+    {u"dateAdd",       1, u"qq", Beside::kFactor,   {none, sql,   none, sql,     sql}},
+    {u"dateAdd",       1, u"ww", Beside::kFactor,   {none, sql,   none, none,    none}},
+    {u"thisQuarter",   1, u"",   Beside::kFactor,   {none, sql,   none, none,    none}},
+    {u"endOfQuarter",  1, u"",   Beside::kFactor,   {none, sql,   none, none,    none}},
+    {u"thisMonth",     1, u"",   Beside::kJoint,    {none, sql,   none, none,    none}},
+    {u"fstDayOfMonth", 1, u"",   Beside::kJoint,    {none, sql,   none, none,    none}},
+    {u"lstDayOfMonth", 1, u"",   Beside::kJoint,    {none, sql,   none, none,    none}},
+};
+
 struct NameRow {
   ORKDB_DSType_ENUM database;
   std::u16string_view name;
@@ -132,6 +176,24 @@ Known KnownOf(ORKDB_DSType_ENUM database, std::u16string_view sqlFunction) {
     if (EqualsIgnoringCase(fact.function, sqlFunction)) return fact.known[PlaceOf(database)];
   }
   return Known::kUnwritten;
+}
+
+std::span<const TraitFact> TraitFacts() {
+  return kTraitFacts;
+}
+
+bool HasTrait(ORKDB_DSType_ENUM database, Trait trait) {
+  const auto is = [trait](const TraitFact& fact) { return fact.trait == trait; };
+  const auto* fact = std::find_if(std::begin(kTraitFacts), std::end(kTraitFacts), is);
+  return fact != std::end(kTraitFacts) && HoldsOn(database, fact->known);
+}
+
+std::span<const MixingArgument> MixingArguments() {
+  return kMixingArguments;
+}
+
+bool HoldsOn(ORKDB_DSType_ENUM database, const std::array<Known, kDatabaseCount>& known) {
+  return known[PlaceOf(database)] != Known::kUnwritten;
 }
 
 const Refusal* RefusalOf(ORKDB_DSType_ENUM database, Tag call) {
