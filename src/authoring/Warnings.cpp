@@ -1,10 +1,27 @@
+// The way of a rule through all families of warnings.
 #include "authoring/Warnings.h"
+
+#include "authoring/WarningList.h"
 
 namespace ORKBASE {
 
-std::vector<RuleProblem> WarningsOf(AuthoringCall&, MXRULE_DATATYPE, std::u16string_view,
-                                    std::u16string_view, std::span<const ORKDB_DSType_ENUM>, bool) {
-  return {};
+std::vector<RuleProblem> WarningsOf(AuthoringCall& call, MXRULE_DATATYPE /*type*/,
+                                    std::u16string_view rule, std::u16string_view document,
+                                    std::span<const ORKDB_DSType_ENUM> dsTypes, bool twoParts) {
+  RuleReading reading;
+  call.Read(rule, reading);
+  DocumentPlaces places;
+  if (!places.Match(document, reading)) return {};
+  WarningList list(call, reading, places, dsTypes);
+  WarnOfOrder(list);
+  WarnOfTypes(list);
+  if (!list.asked().empty()) {
+    WarnOfDifferences(list);
+    WarnOfCalls(list, document);
+  }
+  if (list.Asks(kOracleDs)) WarnOfOracle(list);
+  if (twoParts) WarnOfTwoTexts(list);
+  return list.Take();
 }
 
 }  // namespace ORKBASE

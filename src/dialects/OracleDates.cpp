@@ -168,6 +168,13 @@ Tag MxPLsqlTranslator::TruncDiffNode(Tag a, Tag b, std::u16string_view format) {
   return PlusMinusNode(to, from, false);
 }
 
+const Refusal* RefusedDifference(std::u16string_view part) {
+  for (const DifferencePart& row : kDifferenceParts) {
+    if (EqualsIgnoringCase(part, row.part)) return row.refusal;
+  }
+  return nullptr;
+}
+
 /// Positive when the third argument is the later date.
 Tag MxPLsqlTranslator::TransTimeInterval(Tag node) {
   const Tag part = node.FirstChild();

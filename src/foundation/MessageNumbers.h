@@ -130,6 +130,7 @@ enum MessageNumber : std::int32_t {
   kMsgCallRefused            = 7237,  ///< two %s: with the text of the refusal
   kMsgCallUnknown            = 7238,  ///< two %s: with the function
   kMsgSetKeepsForm           = 7239,  ///< two %s: with the field
+  kMsgEmptyFieldLeftOut      = 7240,  ///< one %s
 
   // Warnings about a rule that becomes two texts, 7260 to 7299
   kMsgTornApart              = 7260,  ///< one %s: the word
@@ -209,6 +210,9 @@ enum MessageNumber : std::int32_t {
   kMsgAnyValue               = 7424,
   kMsgAPicture               = 7425,
   kMsgAnAttachment           = 7426,
+
+  // What a word stands for, 7440 to 7449
+  kMsgFieldOfTable           = 7440,  ///< two %s: the table, the field
   // clang-format on
 };
 

@@ -105,13 +105,24 @@ bool TranslatorFrame::IsTooLarge() {
   return count > kMostNodes;
 }
 
-/// Goes by the rule's own word, whatever that prints as. kept: heeds its case.
+// kept: heeds its case.
+bool IsAggregate(std::u16string_view primary) {
+  if (primary.empty()) return false;
+  std::size_t at = kAggregateNames.find(primary);
+  for (; at != kAggregateNames.npos; at = kAggregateNames.find(primary, at + 1)) {
+    const std::size_t behind = at + primary.size();
+    const bool isWhole = at > 0 && behind < kAggregateNames.size() &&
+                         kAggregateNames[at - 1] == u'|' && kAggregateNames[behind] == u'|';
+    if (isWhole) return true;
+  }
+  return false;
+}
+
+/// Goes by the rule's own word, whatever that prints as.
 void TranslatorFrame::MarkGroupBy() {
-  std::u16string name;
   for (Tag node = doc_.Root(); node; node = node.NextInDocument(doc_.Root())) {
     if (!EqualsNumber(node.GetPlain(Attr::kSymbol), kFunctionSymbol)) continue;
-    name.assign(u"|").append(node.GetPlain(Attr::kPrimary)).append(u"|");
-    if (kAggregateNames.find(name) != kAggregateNames.npos) node.Set(Attr::kIfGrpBy, u"1");
+    if (IsAggregate(node.GetPlain(Attr::kPrimary))) node.Set(Attr::kIfGrpBy, u"1");
   }
 }
 

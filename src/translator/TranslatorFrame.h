@@ -23,6 +23,9 @@ namespace ORKBASE {
 /// Nodes that a translated document may have.
 inline constexpr std::size_t kMostNodes = 1'000'000;
 
+/// Whether a word of a rule is a function over the rows of a group. Heeds its case.
+bool IsAggregate(std::u16string_view primary);
+
 class TranslatorFrame : public IMxTranslator {
  public:
   std::int32_t Translate(std::u16string_view parsed, std::u16string& out) override;

@@ -215,12 +215,17 @@ std::vector<GoldenBlock> ReadGoldenFile(const std::string& path) {
   return Reader(path).Read();
 }
 
+void PrepareForBlock(ORKBASE::MxExpression& rules, const GoldenBlock& block,
+                     ORKBASE::ORKDB_DSType_ENUM dsType) {
+  ConnectTo(rules, GoldenTables(), dsType);
+  SetModes(rules, block);
+}
+
 GoldenResult RunGoldenBlock(const GoldenBlock& block, ORKBASE::ORKDB_DSType_ENUM dsType) {
   const ScopedLocale locale(block.Has("locale") ? block.Mode("locale").c_str() : "en_US.UTF-8");
   const ScopedLanguage language(U16(block.Has("language") ? block.Mode("language") : "en"));
   ORKBASE::MxExpression rules;
-  ConnectTo(rules, GoldenTables(), dsType);
-  SetModes(rules, block);
+  PrepareForBlock(rules, block, dsType);
   std::u16string document;
   if (!rules.Verify(block.type, U16(block.rule), document)) {
     return {"", "",

@@ -15,6 +15,7 @@
 // locale=NAME.
 #pragma once
 
+#include "MxExpression.h"
 #include "MxRuleEnums.h"
 
 #include <map>
@@ -46,5 +47,8 @@ struct GoldenBlock {
 std::vector<std::string> GoldenFiles();
 /// Throws, naming file and line, for a file that breaks the form above or leaves a database out.
 std::vector<GoldenBlock> ReadGoldenFile(const std::string& path);
+/// Connects an engine to the tables of the golden files and sets the modes of a block.
+void PrepareForBlock(ORKBASE::MxExpression& rules, const GoldenBlock& block,
+                     ORKBASE::ORKDB_DSType_ENUM dsType);
 /// Verifies and translates the rule of a block for one database.
 GoldenResult RunGoldenBlock(const GoldenBlock& block, ORKBASE::ORKDB_DSType_ENUM dsType);
