@@ -19,9 +19,13 @@ constexpr std::array<bool, 128> kDelimiters = [] {
   return table;
 }();
 
-constexpr bool IsDelimiter(char16_t c) noexcept {
-  return c < kDelimiters.size() && kDelimiters[c];
+}  // namespace
+
+bool IsDelimiter(char16_t unit) noexcept {
+  return unit < kDelimiters.size() && kDelimiters[unit];
 }
+
+namespace {
 
 std::size_t BlanksEnd(std::u16string_view text) noexcept {
   std::size_t i = 1;
