@@ -14,8 +14,7 @@
 namespace ORKBASE {
 namespace {
 
-WordOrder OrderOf(std::int32_t symbol) noexcept {
-  const std::u16string_view kind = ItemKindOf(symbol);
+WordOrder OrderOf(std::u16string_view kind) noexcept {
   if (kind == u"field" || kind == u"formField") return kFieldOrder;
   if (kind == u"function") return kFunctionOrder;
   return kind == u"variable" || kind == u"parameter" ? kVariableOrder : kOperatorOrder;
@@ -44,8 +43,14 @@ class CandidateList::Maker {
 
   void Add(const IndexedWord& indexed, const MxWord& word, std::u16string_view postfix) {
     const std::u16string_view text = indexed.word->outDesc;
-    Candidate candidate{text, indexed.folded,      &word, ClassOf(word, postfix),
-                        -1,   OrderOf(word.symbol)};
+    Candidate candidate;
+    candidate.text = text;
+    candidate.folded = indexed.folded;
+    candidate.kind = ItemKindOf(word.symbol);
+    candidate.dataType = TypeNameOf(word.dataType);
+    candidate.word = &word;
+    candidate.wordClass = ClassOf(word, postfix);
+    candidate.order = OrderOf(candidate.kind);
     // A prefix word such as `thisDoc.` is no field of a group.
     const bool isField = candidate.order == kFieldOrder && !text.ends_with(u'.');
     if (isField) candidate.group = GroupFor(*indexed.word, text);

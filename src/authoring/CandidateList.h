@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "MxWord.h"
@@ -31,16 +32,25 @@ enum WordOrder : std::uint8_t { kFieldOrder, kFunctionOrder, kVariableOrder, kOp
 struct Candidate {
   std::u16string_view text;    ///< display form
   std::u16string_view folded;  ///< the same, as it is compared
-  const MxWord* word;          ///< that the text leads to
-  std::uint32_t wordClass;
-  std::int32_t group;  ///< of a field, -1 for other words
-  WordOrder order;
+  std::u16string_view kind;    ///< as items name it
+  std::u16string_view dataType;
+  const MxWord* word = nullptr;  ///< that the text leads to
+  std::uint32_t wordClass = 0;
+  std::int32_t group = -1;  ///< of a field, -1 for other words
+  WordOrder order = kOperatorOrder;
 };
 
 /// Fields with one beginning: those of a table.
 struct FieldGroup {
   std::u16string text;    ///< with the point, `Orders.`
   bool isLoaded = false;  ///< the engine has loaded it, not a rule by itself
+};
+
+/// What is told of a word of the vocabulary, in the language of the list.
+struct WordTexts {
+  std::u16string info;
+  std::u16string signature;  ///< of a call
+  std::u16string snippet;
 };
 
 /// Refers to the words and the dictionaries that it was made of.
@@ -58,6 +68,13 @@ class CandidateList {
   std::span<const FieldGroup> Groups() const noexcept { return groups_; }
   /// The group with a text in any case, -1 for none.
   std::int32_t GroupOf(std::u16string_view text) const;
+  /// The texts that `make` gives, made once for each key: a word, or a form of a function.
+  template <class Make>
+  const WordTexts& TextsOf(const void* key, Make make) const {
+    const auto [found, isNew] = texts_.try_emplace(key);
+    if (isNew) found->second = make();
+    return found->second;
+  }
 
  private:
   class Maker;
@@ -66,6 +83,7 @@ class CandidateList {
   std::vector<WordClass> classes_;
   std::vector<FieldGroup> groups_;
   KeyMap<std::int32_t> groupIndex_;  ///< by lower-case text
+  mutable std::unordered_map<const void*, WordTexts> texts_;
 };
 
 /// What the display form of a field begins with: all in front of the field's own name.

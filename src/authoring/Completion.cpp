@@ -199,12 +199,17 @@ void Completer::AddItems(std::int32_t limit, bool all, RuleCompletion& completio
   AddEntries(matches.unfit, false, false, entries);
   completion.more = limit > 0 && entries.size() > static_cast<std::size_t>(limit);
   if (completion.more) entries.resize(static_cast<std::size_t>(limit));
-  const ItemMaker items(call_, place_, cursor_.before);
+  ItemMaker items(call_, place_, *candidates_, cursor_.before);
   completion.items.reserve(entries.size());
   for (const Entry& entry : entries) {
-    completion.items.push_back(entry.group  ? items.Table(*entry.group)
-                               : entry.fits ? items.Fitting(*entry.candidate)
-                                            : items.Unfit(*entry.candidate));
+    RuleItem& item = completion.items.emplace_back();
+    if (entry.group) {
+      items.AddTable(*entry.group, item);
+    } else if (entry.fits) {
+      items.AddFitting(*entry.candidate, item);
+    } else {
+      items.AddUnfit(*entry.candidate, item);
+    }
   }
 }
 

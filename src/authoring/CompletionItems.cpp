@@ -70,36 +70,46 @@ bool RulePlace::TakesClass(const WordClass& of) const noexcept {
   });
 }
 
-std::u16string ItemMaker::TextToPut(std::u16string_view text) const {
-  const bool joins = WouldJoin(before_, text);
-  return (joins ? std::u16string(u" ") : std::u16string()).append(text);
+void ItemMaker::AddText(std::u16string_view text, RuleItem& item) const {
+  if (WouldJoin(before_, text)) item.text = u' ';
+  item.text += text;
 }
 
-RuleItem ItemMaker::Make(const Candidate& candidate) const {
-  const MxWord& word = *candidate.word;
-  RuleItem item;
-  item.text = TextToPut(candidate.text);
-  item.kind = ItemKindOf(word.symbol);
-  item.dataType = TypeNameOf(word.dataType);
-  if (candidate.group >= 0) return item;
-  item.info = InfoOf(word.primary, call_.TextLanguage());
-  if (word.symbol == kFunctionSymbol) AddForm(candidate, item);
+void ItemMaker::AddFitting(const Candidate& candidate, RuleItem& item) const {
+  AddText(candidate.text, item);
+  item.kind = candidate.kind;
+  item.dataType = candidate.dataType;
+  if (candidate.group >= 0) return;
+  AddTexts(candidate, FormOf(candidate, item), item);
   AddPrefix(candidate, item);
-  return item;
 }
 
 /// Of a function with several forms the first whose result the place takes, else the first.
-void ItemMaker::AddForm(const Candidate& candidate, RuleItem& item) const {
+const CallForm* ItemMaker::FormOf(const Candidate& candidate, RuleItem& item) const {
+  if (candidate.order != kFunctionOrder) return nullptr;
   const std::span<const CallForm> forms = FormsOf(candidate.word->primary);
-  if (forms.empty()) return;
+  if (forms.empty()) return nullptr;
   const auto fits = [&](const CallForm& form) { return place_.TakesField(form.dataType); };
   const auto fitting = std::find_if(forms.begin(), forms.end(), fits);
   const CallForm& form = fitting == forms.end() ? forms.front() : *fitting;
   if (forms.size() > 1 && fitting != forms.end() && place_.IsKnown()) {
     item.dataType = TypeNameOf(form.dataType);
   }
-  item.signature = SignatureText(form, candidate.text, call_.TextLanguage());
-  item.snippet = SnippetOf(form, candidate.text, call_.TextLanguage());
+  return &form;
+}
+
+void ItemMaker::AddTexts(const Candidate& candidate, const CallForm* form, RuleItem& item) const {
+  const void* const key = form ? static_cast<const void*>(form) : candidate.word;
+  const WordTexts& texts = candidates_.TextsOf(key, [&] {
+    const Language language = call_.TextLanguage();
+    WordTexts made{InfoOf(candidate.word->primary, language), {}, {}};
+    if (form) made.signature = SignatureText(*form, candidate.text, language);
+    if (form) made.snippet = SnippetOf(*form, candidate.text, language);
+    return made;
+  });
+  item.info = texts.info;
+  item.signature = texts.signature;
+  item.snippet = texts.snippet;
 }
 
 /// What has to stand behind a prefix word.
@@ -123,21 +133,25 @@ void ItemMaker::AddPrefix(const Candidate& candidate, RuleItem& item) const {
   }
 }
 
-RuleItem ItemMaker::Table(const FieldGroup& group) const {
-  RuleItem item;
-  item.text = TextToPut(group.text);
+void ItemMaker::AddTable(const FieldGroup& group, RuleItem& item) const {
+  AddText(group.text, item);
   item.kind = u"table";
-  return item;
 }
 
 // --- why a word may not stand in the place -------------------------------------------------------
 
-RuleItem ItemMaker::Unfit(const Candidate& candidate) const {
-  RuleItem item = Make(candidate);
+void ItemMaker::AddUnfit(const Candidate& candidate, RuleItem& item) {
+  AddFitting(candidate, item);
   item.fits = false;
+  std::u16string& reason = reasons_[candidate.wordClass];
+  if (reason.empty()) reason = ReasonFor(candidate);
+  item.reason = reason;
+}
+
+/// The same for all words of a class.
+std::u16string ItemMaker::ReasonFor(const Candidate& candidate) const {
   const bool byKind = IsTypeTaken(candidate);
-  item.reason = call_.Text(kMsgNoFit, {NameOf(candidate, byKind), Expected(byKind)});
-  return item;
+  return call_.Text(kMsgNoFit, {NameOf(candidate, byKind), Expected(byKind)});
 }
 
 /// Whether a value of the word's type may stand there, so that its kind is to blame.
@@ -173,9 +187,11 @@ std::u16string ItemMaker::Expected(bool byKind) const {
       return call_.Text(row.message);
     }
   }
-  return call_.Text(place_.TakesWord(grammar.LiteralOf(u"thisSet"), kUnknownSymbol, kNoDataType)
-                        ? kMsgAnyValue
-                        : kMsgExpectEnd);
+  // Behind "in" stands one function and nothing else.
+  const MxWord* const set = call_.Dictionaries().FindByPrimary(u"thisSet");
+  const bool takesSet =
+      set && place_.TakesWord(grammar.LiteralOf(set->primary), set->symbol, set->dataType);
+  return takesSet ? set->outDesc : call_.Text(kMsgExpectEnd);
 }
 
 }  // namespace ORKBASE

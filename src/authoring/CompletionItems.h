@@ -1,7 +1,6 @@
 // What a place of a rule takes, and how a word that may or may not stand there is shown.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -39,29 +38,37 @@ class RulePlace {
   NextWords next_;
 };
 
-/// Makes items of candidates, for one place.
+/// Fills in items, for one place.
 class ItemMaker {
  public:
   /// `before`: the token directly in front of the place, empty for none.
-  ItemMaker(const AuthoringCall& call, const RulePlace& place, std::u16string_view before)
-      : call_(call), place_(place), before_(before) {}
+  ItemMaker(AuthoringCall& call, const RulePlace& place, const CandidateList& candidates,
+            std::u16string_view before)
+      : call_(call),
+        place_(place),
+        candidates_(candidates),
+        before_(before),
+        reasons_(candidates.Classes().size()) {}
 
-  RuleItem Fitting(const Candidate& candidate) const { return Make(candidate); }
-  RuleItem Unfit(const Candidate& candidate) const;
-  RuleItem Table(const FieldGroup& group) const;
+  void AddFitting(const Candidate& candidate, RuleItem& item) const;
+  void AddUnfit(const Candidate& candidate, RuleItem& item);
+  void AddTable(const FieldGroup& group, RuleItem& item) const;
 
  private:
-  RuleItem Make(const Candidate& candidate) const;
-  void AddForm(const Candidate& candidate, RuleItem& item) const;
+  const CallForm* FormOf(const Candidate& candidate, RuleItem& item) const;
+  void AddTexts(const Candidate& candidate, const CallForm* form, RuleItem& item) const;
   void AddPrefix(const Candidate& candidate, RuleItem& item) const;
+  std::u16string ReasonFor(const Candidate& candidate) const;
   std::u16string NameOf(const Candidate& candidate, bool byKind) const;
   std::u16string Expected(bool byKind) const;
   bool IsTypeTaken(const Candidate& candidate) const noexcept;
-  std::u16string TextToPut(std::u16string_view text) const;
+  void AddText(std::u16string_view text, RuleItem& item) const;
 
-  const AuthoringCall& call_;
+  AuthoringCall& call_;
   const RulePlace& place_;
+  const CandidateList& candidates_;
   std::u16string_view before_;
+  std::vector<std::u16string> reasons_;  ///< by class; empty as long as it was not asked for
 };
 
 }  // namespace ORKBASE

@@ -68,7 +68,10 @@ CursorWord WordAtCursor(std::u16string_view text, std::int32_t offset) noexcept 
 }
 
 bool WouldJoin(std::u16string_view token, std::u16string_view text) {
-  if (token.empty() || text.empty()) return false;
+  // What goes on is an operator of two characters or a text with a doubled quote.
+  constexpr std::u16string_view kJoining = u"=<>*'";
+  if (token.empty() || kJoining.find(token.back()) == kJoining.npos) return false;
+  if (text.empty() || kJoining.find(text.front()) == kJoining.npos) return false;
   const std::u16string both = std::u16string(token).append(text);
   return (*Tokens(both).begin()).size() != token.size();
 }
