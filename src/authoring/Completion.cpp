@@ -168,7 +168,7 @@ Matches Completer::Match(bool all) const {
     const MatchRank rank = RankOf(candidate, typed);
     if (rank == kNoMatch) continue;
     (fits ? matches.fitting : matches.unfit)[static_cast<std::size_t>(rank)].push_back(&candidate);
-    if (fits && candidate.order == kFieldOrder) ++matches.fields;
+    if (fits && candidate.group >= 0) ++matches.fields;
   }
   return matches;
 }
