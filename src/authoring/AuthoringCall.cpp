@@ -1,6 +1,7 @@
 #include "authoring/AuthoringCall.h"
 
 #include "foundation/Format.h"
+#include "foundation/Text.h"
 #include "platform/ErrorTexts.h"
 #include "platform/MessageTexts.h"
 
@@ -21,7 +22,15 @@ void AuthoringView::Follow(const EngineState& source, const Language* spoken) {
     engine.dictionaries.BeginCall();
     if (spoken) engine.dictionaries.SpeakLanguage(*spoken);
     source_ = now;
+    loaded_.clear();
+    for (const auto& entry : source.dictionaries.dictionaries()) {
+      const std::u16string_view key = entry.first;
+      if (key.starts_with(kDataTableMark)) {
+        loaded_.emplace(ToLower(key.substr(kDataTableMark.size())), true);
+      }
+    }
     indexed_ = {};
+    index_ = {};
     isMade_ = true;
   }
   engine.dictionaries.BeginCall();
@@ -30,9 +39,20 @@ void AuthoringView::Follow(const EngineState& source, const Language* spoken) {
 
 const WordIndex& AuthoringView::Words() {
   const MxDictionarys::Stamp now = engine.dictionaries.StampNow();
-  if (indexed_ != now || index_.All().empty()) index_ = WordIndex(engine.dictionaries);
+  if (indexed_ != now || index_.All().empty()) {
+    index_ = WordIndex(engine.dictionaries);
+    listed_ = {};
+  }
   indexed_ = now;
   return index_;
+}
+
+const CandidateList& AuthoringView::Candidates(Language language) {
+  const WordIndex& words = Words();
+  const Reading reading{true, engine.lexer.thiscaseVarOn1RcId, language};
+  if (listed_ != reading) list_ = CandidateList(words, loaded_, engine.lexer, language);
+  listed_ = reading;
+  return list_;
 }
 
 void AuthoringCall::Read(std::u16string_view text, RuleReading& reading) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "MxErrorRecord.h"
+#include "authoring/CandidateList.h"
 #include "authoring/WordIndex.h"
 #include "expression/ExpressionState.h"
 #include "foundation/MessageNumbers.h"
@@ -50,12 +51,25 @@ class AuthoringView {
 
   /// All words of the moment. Valid until a table is loaded.
   const WordIndex& Words();
+  /// The same as what can be put into a rule.
+  const CandidateList& Candidates(Language language);
 
  private:
+  /// What a list of candidates depends on, beside the words.
+  struct Reading {
+    bool isMade = false;
+    bool takesPrefix = true;  ///< `thiscaseVarOn1RcId`
+    Language language;
+    friend bool operator==(const Reading&, const Reading&) = default;
+  };
+
   bool isMade_ = false;
+  KeyMap<bool> loaded_;  ///< data tables that the engine has, in lower case
   MxDictionarys::Stamp source_;
   MxDictionarys::Stamp indexed_;
   WordIndex index_;
+  Reading listed_;
+  CandidateList list_;
 };
 
 /// What the functions behind the calls work on. Lives as long as one call, on one thread.
@@ -67,6 +81,7 @@ class AuthoringCall {
   MxDictionarys& Dictionaries() noexcept { return view_.engine.dictionaries; }
   Language TextLanguage() const noexcept { return language_; }
   const WordIndex& Words() { return view_.Words(); }
+  const CandidateList& Candidates() { return view_.Candidates(language_); }
 
   /// As `MxExpression::Verify`, but each missing table is asked for once in all of the call.
   bool Verify(MXRULE_DATATYPE type, std::u16string_view rule, std::u16string& document,

@@ -201,6 +201,7 @@ enum MessageNumber : std::int32_t {
   kMsgExpectPeriod           = 7410,
   kMsgExpectEnd              = 7411,
   kMsgNoFit                  = 7412,  ///< two %s: the type of a word, one of 7420 to 7426
+  kMsgLabelName              = 7419,  ///< of the name of a parameter
 
   // Names of types within a sentence, 7420 to 7426
   kMsgANumber                = 7420,

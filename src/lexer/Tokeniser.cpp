@@ -31,8 +31,8 @@ constexpr Begins BegunBy(char16_t c) noexcept {
 }
 
 /// Whether a word ends in front of it; a quote inside a word is a letter.
-constexpr bool IsDelimiter(char16_t c) noexcept {
-  return BegunBy(c) >= Begins::kBlanks;
+constexpr bool EndsWord(char16_t unit) noexcept {
+  return BegunBy(unit) >= Begins::kBlanks;
 }
 
 std::size_t BlanksEnd(std::u16string_view text) noexcept {
@@ -62,7 +62,7 @@ std::size_t TextConstantEnd(std::u16string_view text) noexcept {
 
 std::size_t WordEnd(std::u16string_view text) noexcept {
   std::size_t i = 1;
-  while (i < text.size() && !IsDelimiter(text[i])) ++i;
+  while (i < text.size() && !EndsWord(text[i])) ++i;
   return i;
 }
 
@@ -83,6 +83,10 @@ std::size_t FirstTokenEnd(std::u16string_view text) noexcept {
 }
 
 }  // namespace
+
+bool IsDelimiter(char16_t unit) noexcept {
+  return EndsWord(unit);
+}
 
 void Tokens::Iterator::Cut() noexcept {
   token_ = rest_.empty() ? rest_ : rest_.substr(0, FirstTokenEnd(rest_));

@@ -6,6 +6,9 @@
 
 namespace ORKBASE {
 
+/// Whether a character ends a word: a blank, a bracket, a sign of an operator.
+bool IsDelimiter(char16_t unit) noexcept;
+
 /// The tokens of a text, in order: `for (const std::u16string_view token : Tokens(text))`. Words,
 /// operators of one or two characters, text constants (an unclosed one runs to the end) and runs of
 /// blanks are tokens; a line break outside a text constant counts as a blank. None is empty.

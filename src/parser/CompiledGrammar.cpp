@@ -101,6 +101,7 @@ std::size_t CompiledGrammar::CompileSequence(std::u16string_view text, bool isPr
   std::vector<GrammarItem> sequence;
   for (const std::u16string_view item : CutIntoItems(text)) sequence.push_back(CompileItem(item));
   if (isPrefixRule) sequence.front().opens = true;
+  if (sequence.front().opens) opening_.push_back(sequence.front().index);
   sequence.emplace_back();
   const std::size_t first = items_.size();
   items_.insert(items_.end(), sequence.begin(), sequence.end());

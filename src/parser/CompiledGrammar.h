@@ -110,6 +110,16 @@ class CompiledGrammar {
     if (primary.size() != 1) return LongLiteralOf(primary);
     return primary[0] < characterLiterals_.size() ? characterLiterals_[primary[0]] : kNoLiteral;
   }
+  /// Whether a literal opens a bracket, a minus or "not" wherever it begins a rule of several
+  /// words.
+  bool CanOpen(std::int16_t literal) const noexcept {
+    return std::find(opening_.begin(), opening_.end(), literal) != opening_.end();
+  }
+  /// Index of a rule by its name; -1 for none.
+  std::int16_t RuleNamed(std::u16string_view name) const {
+    const auto found = ruleIndex_.find(name);
+    return found == ruleIndex_.end() ? std::int16_t{-1} : found->second;
+  }
   std::u16string_view LiteralText(std::int16_t index) const noexcept {
     return literals_[static_cast<std::size_t>(index)];
   }
@@ -150,6 +160,7 @@ class CompiledGrammar {
   std::vector<std::uint16_t> alternatives_;  // the first item of each
   std::vector<GrammarItem> items_;
   std::vector<std::u16string> literals_;
+  std::vector<std::int16_t> opening_;  ///< those that open something
   KeyMap<std::int16_t> literalIndex_;  ///< by lower-case text
   /// By the first character of literals: a bit for each length.
   std::array<std::uint64_t, 128> literalLengths_{};

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "foundation/MessageNumbers.h"
+#include "parser/NextWords.h"
 #include "platform/ErrorTexts.h"
 
 namespace ORKBASE {
@@ -47,6 +48,20 @@ bool RuleInterpreter::ParseExpr(MXRULE_DATATYPE expected, std::span<const WordVi
   return true;
 }
 
+void RuleInterpreter::FindNext(MXRULE_DATATYPE expected, std::span<const WordView> words,
+                               NextWords& next) {
+  const std::int16_t startRule = grammar_.StartRuleOf(expected);
+  if (startRule >= 0) FindNextIn(startRule, words, next);
+}
+
+void RuleInterpreter::FindNextIn(std::int16_t row, std::span<const WordView> words,
+                                 NextWords& next) {
+  Reset(words);
+  next_ = &next;
+  const bool holds = Parse(row);
+  if (holds && static_cast<std::size_t>(position_) == words.size()) next.AddEnd();
+}
+
 void RuleInterpreter::Reset(std::span<const WordView> words) {
   words_ = words;
   places_.resize(words.size() + 1);
@@ -67,6 +82,7 @@ void RuleInterpreter::Reset(std::span<const WordView> words) {
   shapes_.Reset(words);
   position_ = furthest_ = nesting_ = 0;
   tooDeep_ = false;
+  next_ = nullptr;
   candidate_ = {};
 }
 
@@ -126,6 +142,7 @@ void RuleInterpreter::ReportFailure(const GrammarItem& item, const GrammarRule& 
   if (item.kind == Kind::kRule) {
     ReportStart(item.index);
   } else if (static_cast<std::size_t>(position_) >= words_.size()) {
+    if (next_) next_->AddTerminal(item, rule, nesting_ >= kDeepestNesting);
     PushErr(kMsgEndsTooEarly, kWordsRanOut, 0);
   } else if (item.kind == Kind::kLiteral) {
     PushErr(kMsgWrongLiteral, kWrongLiteral, item.index);
@@ -140,6 +157,7 @@ void RuleInterpreter::ReportFailure(const GrammarItem& item, const GrammarRule& 
 /// the most specific kind.
 void RuleInterpreter::ReportStart(std::int16_t rule) {
   if (static_cast<std::size_t>(position_) >= words_.size()) {
+    if (next_) next_->AddRule(rule, nesting_ >= kDeepestNesting);
     PushErr(kMsgEndsTooEarly, kWordsRanOut, 0);
     return;
   }

@@ -22,6 +22,8 @@
 
 namespace ORKBASE {
 
+class NextWords;
+
 /// Brackets, calls, minus signs and "not" that may be open at once.
 inline constexpr std::int32_t kDeepestNesting = 1000;
 
@@ -33,6 +35,11 @@ class RuleInterpreter {
   /// The words need not outlive the call.
   bool ParseExpr(MXRULE_DATATYPE expected, std::span<const WordView> words,
                  std::u16string& document, MxErrorRecord& error, std::int32_t& refused);
+
+  /// What may stand behind words with which a rule of a type begins, or a row of the grammar.
+  /// Without a start rule nothing is reached.
+  void FindNext(MXRULE_DATATYPE expected, std::span<const WordView> words, NextWords& next);
+  void FindNextIn(std::int16_t row, std::span<const WordView> words, NextWords& next);
 
  private:
   /// A word position, the one behind the last word included.
@@ -114,6 +121,7 @@ class RuleInterpreter {
   std::int32_t furthest_ = 0;
   std::int32_t nesting_ = 0;
   bool tooDeep_ = false;
+  NextWords* next_ = nullptr;  // sees what is tried behind the last word; null for a plain parse
   Candidate candidate_;
 };
 

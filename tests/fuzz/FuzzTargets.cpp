@@ -3,10 +3,12 @@
 
 #include "MxExpression.h"
 #include "Mx_Exception.h"
+#include "RuleAuthoring.h"
 #include "RuleDialects.h"
 #include "foundation/Text.h"
 
 #include <stdexcept>
+#include <vector>
 
 namespace ORKFUZZ {
 namespace {
@@ -50,6 +52,46 @@ void TryRule(const std::string& bytes) {
   engine.IsDtsInExp(u"T,Orders", rule);
   engine.ChangeExpWithNewDtDfNames(u"T:U,:,U:T", u"T.a:b,x", rule);
   engine.ReplaceDtOrDfNames(rule, rule);
+}
+
+void TryAuthoring(const std::string& bytes) {
+  constexpr std::size_t kChoices = 4;
+  if (bytes.size() < kChoices) return;
+  const auto choice = [&](std::size_t index) { return static_cast<unsigned char>(bytes[index]); };
+  const std::u16string text = Wide(bytes.substr(kChoices));
+  const auto type = static_cast<MXRULE_DATATYPE>(choice(0) % 12 - 1);
+  // Mostly a place of the text, now and then one beside it.
+  const auto offset = static_cast<std::int32_t>(choice(1) * (text.size() + 4) / 256) - 2;
+  const std::int32_t limit = choice(2) % 16 - 1;
+  std::vector<ORKDB_DSType_ENUM> databases;
+  for (const RuleDialect& dialect : RuleDialects()) databases.push_back(dialect.number);
+  databases.resize(choice(3) % (databases.size() + 1));
+  constexpr const char16_t* kLanguages[] = {u"", u"en", u"zh-CN", u"xx"};
+
+  MxExpression engine;
+  engine.SetCAXDD(1,
+                  u"<dd><tabs><t name='t' dispName='t'><flds><f name='f' dispName='f' dt='1'/>"
+                  u"</flds></t></tabs><enums/></dd>");
+  engine.set_thiscaseVarOn1RcId(choice(3) % 2 == 0);
+  RuleAuthoring authoring(engine);
+  authoring.set_language(kLanguages[choice(3) / 64]);
+  authoring.Check(type, text, databases, choice(2) % 2 == 0);
+  RuleCompletion completion;
+  authoring.Complete(type, text, offset, limit, choice(2) % 2 == 0, completion);
+  RuleSignature signature;
+  authoring.Signature(text, offset, signature);
+  RuleExplanation explanation;
+  authoring.Explain(text, offset, explanation);
+  authoring.Uses(text);
+  authoring.Format(text, choice(1));
+  std::u16string written;
+  authoring.Write(text, written);
+  std::u16string document;
+  if (engine.Verify(type, text, document)) authoring.Write(document, written);
+  RuleTables tables;
+  authoring.Tables(text, tables);
+  std::vector<RuleField> fields;
+  authoring.Fields(text, fields);
 }
 
 void TryDocument(const std::string& bytes) {

@@ -160,6 +160,36 @@ TEST(FuzzReplay, NestedCallsAsRules) {
   }
 }
 
+/// A rule text behind the bytes that choose how it is asked about.
+std::string AuthoringInput(std::mt19937& random, const std::string& text) {
+  std::string bytes(4, '\0');
+  for (char& byte : bytes) byte = static_cast<char>(random() & 0xFF);
+  return bytes + text;
+}
+
+TEST(FuzzReplay, RandomTextsInAnEditor) {
+  std::mt19937 random(7);
+  for (int i = 0; i < kRuns; ++i) {
+    ORKFUZZ::TryAuthoring(AuthoringInput(random, RandomBytes(random)));
+    ORKFUZZ::TryAuthoring(AuthoringInput(random, RandomWords(random)));
+  }
+}
+
+TEST(FuzzReplay, NestedCallsInAnEditor) {
+  std::mt19937 random(8);
+  for (int i = 0; i < kRuns; ++i) {
+    const std::string call = RandomCall(random, static_cast<int>(random() % 6));
+    ORKFUZZ::TryAuthoring(AuthoringInput(random, Mutated(call, random)));
+  }
+}
+
+TEST(FuzzReplay, DocumentsInAnEditor) {
+  std::mt19937 random(9);
+  for (int i = 0; i < kRuns; ++i) {
+    ORKFUZZ::TryAuthoring(AuthoringInput(random, Mutated(kDocument, random)));
+  }
+}
+
 TEST(FuzzReplay, ChangedDocuments) {
   std::mt19937 random(4);
   for (int i = 0; i < kRuns; ++i) ORKFUZZ::TryDocument(Mutated(kDocument, random));

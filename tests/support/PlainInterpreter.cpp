@@ -219,6 +219,8 @@ bool PlainInterpreter::ParseExpr(MXRULE_DATATYPE expected, const std::vector<MxW
   Raise(0, {});
   position_ = furthest_ = 0;
   attempts_ = 0;
+  triedAtEnd_.clear();
+  isWhole_ = false;
   const auto start = startRules_.find(expected);
   if (start == startRules_.end()) {
     Raise(-1, Format(LoadMessage(6293), {LoadMessage(NameOfType(expected))}));
@@ -238,8 +240,19 @@ bool PlainInterpreter::ParseExpr(MXRULE_DATATYPE expected, const std::vector<MxW
     Raise(-1, LoadMessage(6222));
     return false;
   }
+  isWhole_ = true;
   document = DumpOf(root);
   return true;
+}
+
+bool PlainInterpreter::TakesAtEnd(const MxWord& word) const {
+  return std::any_of(triedAtEnd_.begin(), triedAtEnd_.end(), [&](const TriedAtEnd& tried) {
+    const auto terminal = terminalSymbols_.find(tried.item);
+    if (terminal == terminalSymbols_.end()) return EqualsIgnoringCase(tried.item, word.primary);
+    const bool isAnyType = word.dataType == kNoDataType || word.dataType == kVarDataType;
+    return terminal->second == word.symbol &&
+           (!tried.check || isAnyType || word.dataType == tried.dataType);
+  });
 }
 
 bool PlainInterpreter::Parse(const std::u16string& name, MxXmlNode& out) {
@@ -307,6 +320,7 @@ bool PlainInterpreter::TerminalCheck(const std::u16string& item, bool check, std
                                      bool& symbolMatched, MxXmlNode& out) {
   if (position_ >= static_cast<std::int32_t>(words_->size())) {
     PushErr({-1, 6294, 0, {}, {}});
+    triedAtEnd_.insert({item, check, dataType});
     return false;
   }
   const MxWord& w = (*words_)[static_cast<std::size_t>(position_)];

@@ -27,6 +27,11 @@ class PlainInterpreter {
 
   struct TooLong {};
   std::size_t attemptLimit = 8'000;
+  /// Of the last parse: whether an attempt matched all words, or the words are a whole rule; and
+  /// whether an attempt behind the last of them would have taken a word.
+  bool ReachedEnd() const { return isWhole_ || !triedAtEnd_.empty(); }
+  bool TakesAtEnd(const ORKBASE::MxWord& word) const;
+
   /// Names of the rules that ever matched.
   std::set<std::u16string> matched;
 
@@ -43,6 +48,13 @@ class PlainInterpreter {
     std::int32_t priority;
     std::u16string word;
     std::u16string expected;
+  };
+  /// One word of a row that was asked for behind the last word.
+  struct TriedAtEnd {
+    std::u16string item;
+    bool check;
+    std::int32_t dataType;
+    friend auto operator<=>(const TriedAtEnd&, const TriedAtEnd&) = default;
   };
   using Nodes = std::vector<ORKBASE::MxXmlNode>;
 
@@ -68,6 +80,8 @@ class PlainInterpreter {
   std::vector<ErrorRecord> candidates_;
   std::int32_t furthest_ = 0;
   std::size_t attempts_ = 0;
+  std::set<TriedAtEnd> triedAtEnd_;
+  bool isWhole_ = false;
   std::int32_t errNumber_ = 0;
   std::u16string errDescription_;
 };
