@@ -40,7 +40,7 @@ bool CloseLast(Workbench& bench) {
   const Outcome outcome = bench.Judge(draft);
   const std::size_t refused = draft.WordFrom(outcome.reach);
   std::vector<Remedy> remedies;
-  if (outcome.kind == Outcome::kRefusedWord && refused > bracket + 1 && refused < draft.Size()) {
+  if (outcome.kind == Outcome::kRefusedWord && refused > bracket && refused < draft.Size()) {
     remedies.push_back(Closing(draft.End(refused - 1)));
   }
   remedies.push_back(Closing(LastPlace(draft)));

@@ -60,7 +60,8 @@ class Corpus {
   Tally Run(const SlipKind& kind) {
     Tally tally;
     for (int i = 0; i < 40 * kRulesPerKind && tally.rules < kRulesPerKind; ++i) {
-      const GeneratedRule made = generator_.MakeThrough(kind.row, 3);
+      const GeneratedRule made = MakeFor(kind);
+      if (made.words.empty()) continue;
       SpoiltRule rule{TokensOf(made), TokensOf(made), {}};
       const SlipWorld world{generator_.engine(), language_, DisplayIn};
       if (!kind.spoil(rule, world)) continue;
@@ -70,6 +71,14 @@ class Corpus {
   }
 
  private:
+  /// Through the row of the kind or through any other.
+  GeneratedRule MakeFor(const SlipKind& kind) {
+    const std::vector<std::u16string_view> rows = generator_.Rows();
+    const bool isOwn = generator_.Pick(3) == 0;
+    const int depth = 4 + static_cast<int>(generator_.Pick(6));
+    if (!isOwn && generator_.Pick(2) == 0) return generator_.Make(kLogicDataType, depth);
+    return generator_.MakeThrough(isOwn ? kind.row : rows[generator_.Pick(rows.size())], depth);
+  }
   RuleTokens TokensOf(const GeneratedRule& rule) const {
     RuleTokens tokens;
     for (const MxWord& word : rule.words) {

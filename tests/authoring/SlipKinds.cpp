@@ -298,8 +298,10 @@ bool OtherLanguage(SpoiltRule& rule, const SlipWorld& world) {
 bool Misspelt(SpoiltRule& rule, const SlipWorld& world) {
   const std::size_t at = Any(rule.spoilt, world, [&](std::size_t i) {
     const RuleToken& token = rule.spoilt[i];
-    const bool isName = IsField(token) || token.symbol == kFunctionSymbol ||
-                        token.symbol == kSysvarSymbol || token.symbol == kSysvarUserSymbol;
+    // Columns that no dictionary lists have no near names.
+    const bool isName = (IsField(token) && token.dataType != kVarDataType) ||
+                        token.symbol == kFunctionSymbol || token.symbol == kSysvarSymbol ||
+                        token.symbol == kSysvarUserSymbol;
     return isName && token.text.size() >= (world.language == u"en" ? 6U : 3U);
   });
   if (at == kNone) return false;
@@ -404,8 +406,25 @@ bool NoConversion(SpoiltRule& rule, const SlipWorld& world, std::u16string_view 
   rule.spoilt.erase(begin, begin + 2);
   return true;
 }
+/// A comparison of a text with a value that was converted, behind the rule.
 bool NoToText(SpoiltRule& rule, const SlipWorld& world) {
-  return NoConversion(rule, world, u"ToText");
+  constexpr std::u16string_view kValues[] = {u"Orders.Amount", u"5", u"T.a", u"2.5", u"Orders.Qty"};
+  const std::u16string value(kValues[world.Pick(std::size(kValues))]);
+  const std::u16string text = world.language == u"en" ? u"Customer.Name" : u"客户.名称";
+  const bool isJoined = world.Pick(2) == 0;
+  RuleTokens meant = {Plain(world.Own(u"or")), Plain(text)};
+  if (isJoined) meant.insert(meant.end(), {Plain(u"&"), Plain(u"'-'")});
+  meant.push_back(Plain(isJoined ? u"&" : u"="));
+  RuleTokens typed = meant;
+  meant.insert(meant.end(), {Plain(world.Own(u"ToText")), Plain(u"("), Plain(value), Plain(u")")});
+  typed.push_back(Plain(value));
+  if (isJoined) {
+    meant.insert(meant.end(), {Plain(u"="), Plain(u"'a-5'")});
+    typed.insert(typed.end(), {Plain(u"="), Plain(u"'a-5'")});
+  }
+  rule.rule.insert(rule.rule.end(), meant.begin(), meant.end());
+  rule.spoilt.insert(rule.spoilt.end(), typed.begin(), typed.end());
+  return true;
 }
 bool NoToNumber(SpoiltRule& rule, const SlipWorld& world) {
   return NoConversion(rule, world, u"ToNumber");
@@ -469,7 +488,7 @@ constexpr SlipKind kKinds[] = {
     {"open text",                u"<op_compose>",       OpenText,         false},
     {"date without quotes",      u"<func_date>",        BareDate,         true},
     {"quoted number",            u"<op_rela>",          QuotedNumber,     true},
-    {"value for text",           u"<func_ToText_notDate>", NoToText,      false},
+    {"value for text",           u"<expr_comp>",        NoToText,         true},
     {"text for number",          u"<func_ToNumber>",    NoToNumber,       false},
     {"+ between texts",          u"<op_compose>",       PlusForTexts,     true},
     {"date plus number",         u"<func_dateAdd>",     PlusForDates,     true},
