@@ -3,12 +3,13 @@
 // word does: `Orders.State!=1` has the word `Orders.State!`.
 #include "authoring/Notation.h"
 
+#include "authoring/BareDates.h"
 #include "dictionary/MxDictionarys.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
-#include "platform/LocaleDates.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace ORKBASE {
@@ -305,58 +306,15 @@ class Scan {
     return word < draft_.Size() && draft_.Written(word).size() <= most &&
            AreDigits(draft_.Written(word));
   }
-  /// Three numbers with a minus or a slash between them, or one word with points.
   bool TakeDate() {
-    std::size_t last = word_;
-    const bool isWord = draft_.IsRefused(word_) && IsDigit(Written().front());
-    if (!isWord) {
-      const auto isSign = [&](std::size_t i) {
-        return (draft_.IsSign(i, u"-") || draft_.IsSign(i, u"/")) && draft_.Touches(i - 1) &&
-               draft_.Touches(i);
-      };
-      last = word_ + 4;
-      if (!IsPart(word_, 4) || !IsPart(word_ + 2, 2) || !IsPart(last, 4)) return false;
-      if (!isSign(word_ + 1) || !isSign(word_ + 3)) return false;
-      if (Written().size() < 3 && draft_.Written(last).size() < 3) return false;
-    }
-    std::int32_t to = draft_.End(last);
-    // A time of day behind it.
-    if (last + 1 < draft_.Size() && draft_.IsRefused(last + 1) &&
-        draft_.Written(last + 1).find(u':') != text_.npos &&
-        IsDateText(Piece(At(), draft_.End(last + 1)))) {
-      to = draft_.End(last + 1);
-    }
-    const std::u16string typed(Piece(At(), to));
-    const std::u16string read = Readable(typed);
-    if (read.empty() || (!isWord && !MeansDate(to))) return false;
-    const std::u16string quoted = u'\'' + read + u'\'';
-    bench_.Tell(At(), to - At(), kMsgDateUnquoted, {typed},
-                {{kMsgFixQuoteDate, quoted, {{At(), to - At(), quoted}}}});
+    const std::optional<BareDate> date = BareDateAt(draft_, word_);
+    if (!date) return false;
+    const std::int32_t to = date->offset + date->length;
+    if (date->isArithmetic && !MeansDate(to)) return false;
+    bench_.Tell(At(), date->length, kMsgDateUnquoted, {Piece(At(), to)},
+                {{kMsgFixQuoteDate, date->quoted, {{At(), date->length, date->quoted}}}});
     word_ = draft_.WordFrom(to);
     return true;
-  }
-  /// As it was typed where that is read as a date, else in the order of the user.
-  static std::u16string Readable(const std::u16string& typed) {
-    if (IsDateText(ReplaceAll(typed, u".", u"-"))) return typed;
-    std::vector<std::u16string> parts(1);
-    for (const char16_t unit : typed) {
-      if (IsDigit(unit)) {
-        parts.back() += unit;
-      } else {
-        parts.emplace_back();
-      }
-    }
-    if (parts.size() != 3 || parts[0].size() != 4) return {};
-    std::u16string ordered;
-    for (const char16_t unit : ShortDatePattern()) {
-      const std::size_t part = unit == u'y' ? 0 : unit == u'M' ? 1 : unit == u'd' ? 2 : 3;
-      if (part == 3) {
-        ordered += unit;
-      } else if (!ordered.ends_with(parts[part])) {
-        ordered += parts[part];
-      }
-    }
-    return IsDateText(ReplaceAll(ordered, u".", u"-")) ? ordered : std::u16string();
   }
   /// Whether an arithmetic of numbers can be no such: beside a date, or where the rule is refused.
   bool MeansDate(std::int32_t to) const {

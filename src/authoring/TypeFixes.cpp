@@ -1,5 +1,6 @@
 #include "authoring/TypeFixes.h"
 
+#include "authoring/BareDates.h"
 #include "authoring/Operands.h"
 #include "authoring/RefusalWords.h"
 #include "authoring/WordKinds.h"
@@ -57,6 +58,7 @@ class Round {
     atEnd_ = outcome.kind == Outcome::kEndsEarly;
     refused_ = outcome.kind == Outcome::kEndsEarly ? draft_.Size() : draft_.WordFrom(outcome.reach);
     if (LacksArgument(draft_, refused_)) return false;
+    QuoteDates();
     Unquote();
     MoveDate();
     JoinTexts();
@@ -93,9 +95,28 @@ class Round {
     return draft_.text.substr(from, static_cast<std::size_t>(draft_.End(value.last)) - from);
   }
 
+  /// A value may be of the wrong type some words in front of the one that tells.
+  std::size_t FarthestBack() const {
+    constexpr std::size_t kFarthest = 24;
+    return refused_ - std::min(refused_, kFarthest);
+  }
+
+  void QuoteDates() {
+    for (std::size_t i = std::min(refused_ + 1, draft_.Size()); i-- > FarthestBack();) {
+      const std::optional<BareDate> date = BareDateAt(draft_, i);
+      if (!date) continue;
+      candidates_.push_back(
+          {kMsgDateUnquoted,
+           draft_.text.substr(static_cast<std::size_t>(date->offset),
+                              static_cast<std::size_t>(date->length)),
+           {},
+           {kMsgFixQuoteDate, date->quoted, {{date->offset, date->length, date->quoted}}}});
+    }
+  }
+
   void Unquote() {
-    for (const std::size_t i : {refused_, refused_ - 2}) {
-      if (i >= draft_.Size() || draft_.IsRefused(i)) continue;
+    for (std::size_t i = std::min(refused_ + 1, draft_.Size()); i-- > FarthestBack();) {
+      if (draft_.IsRefused(i)) continue;
       const std::u16string_view written = draft_.Written(i);
       if (written.size() < 3 || written.front() != u'\'') continue;
       const std::u16string number(written.substr(1, written.size() - 2));

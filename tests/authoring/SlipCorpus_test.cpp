@@ -54,7 +54,7 @@ class Corpus {
  public:
   explicit Corpus(std::u16string_view language)
       : language_(language), rules_(language), generator_(20240517, WordsFor(language)) {
-    generator_.manyWords = 18;
+    generator_.manyWords = 14;
   }
 
   Tally Run(const SlipKind& kind) {
@@ -74,8 +74,8 @@ class Corpus {
   /// Through the row of the kind or through any other.
   GeneratedRule MakeFor(const SlipKind& kind) {
     const std::vector<std::u16string_view> rows = generator_.Rows();
-    const bool isOwn = generator_.Pick(3) == 0;
-    const int depth = 4 + static_cast<int>(generator_.Pick(6));
+    const bool isOwn = generator_.Pick(2) == 0;
+    const int depth = 3 + static_cast<int>(generator_.Pick(4));
     if (!isOwn && generator_.Pick(2) == 0) return generator_.Make(kLogicDataType, depth);
     return generator_.MakeThrough(isOwn ? kind.row : rows[generator_.Pick(rows.size())], depth);
   }

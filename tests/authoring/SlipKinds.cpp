@@ -441,18 +441,20 @@ bool PlusForTexts(SpoiltRule& rule, const SlipWorld& world) {
   rule.spoilt[at].text = u"+";
   return true;
 }
+/// A comparison with a date that was moved, behind the rule.
 bool PlusForDates(SpoiltRule& rule, const SlipWorld& world) {
-  const std::size_t at = Any(rule.spoilt, world, [&](std::size_t i) {
-    return Is(rule.spoilt, i, u"dateAdd") && Partner(rule.spoilt, i + 1) == i + 7 &&
-           rule.spoilt[i + 6].dataType == kDateDataType &&
-           rule.spoilt[i + 4].dataType == kNumDataType;
-  });
-  if (at == kNone) return false;
-  rule.rule[at + 2].text = u"dd";
-  const auto begin = rule.spoilt.begin() + static_cast<std::ptrdiff_t>(at);
-  const RuleTokens sum = {begin[6], Plain(u"+"), begin[4]};
-  rule.spoilt.erase(begin, begin + 8);
-  rule.spoilt.insert(rule.spoilt.begin() + static_cast<std::ptrdiff_t>(at), sum.begin(), sum.end());
+  constexpr std::u16string_view kDates[] = {u"Orders.OrderDate", u"T.d", u"sysVar.currentDate"};
+  constexpr std::u16string_view kNumbers[] = {u"3", u"T.a", u"Orders.Qty"};
+  const std::u16string date = world.Own(kDates[world.Pick(std::size(kDates))]);
+  const std::u16string number(kNumbers[world.Pick(std::size(kNumbers))]);
+  const bool isMinus = world.Pick(2) == 0;
+  const RuleTokens head = {Plain(world.Own(u"or")), Plain(u"T.d"), Plain(u"<")};
+  rule.rule.insert(rule.rule.end(), head.begin(), head.end());
+  rule.spoilt.insert(rule.spoilt.end(), head.begin(), head.end());
+  rule.rule.insert(rule.rule.end(),
+                   {Plain(world.Own(u"dateAdd")), Plain(u"("), Plain(u"dd"), Plain(u","),
+                    Plain((isMinus ? u"-" : u"") + number), Plain(u","), Plain(date), Plain(u")")});
+  rule.spoilt.insert(rule.spoilt.end(), {Plain(date), Plain(isMinus ? u"-" : u"+"), Plain(number)});
   return true;
 }
 
@@ -486,12 +488,12 @@ constexpr SlipKind kKinds[] = {
     {"open bracket",             u"<func_num>",         OpenBracket,      false},
     {"surplus bracket",          u"<func_num>",         SurplusBracket,   false},
     {"open text",                u"<op_compose>",       OpenText,         false},
-    {"date without quotes",      u"<func_date>",        BareDate,         true},
+    {"date without quotes",      u"<constant_variant_date>",        BareDate,         true},
     {"quoted number",            u"<op_rela>",          QuotedNumber,     true},
     {"value for text",           u"<expr_comp>",        NoToText,         true},
     {"text for number",          u"<func_ToNumber>",    NoToNumber,       false},
     {"+ between texts",          u"<op_compose>",       PlusForTexts,     true},
-    {"date plus number",         u"<func_dateAdd>",     PlusForDates,     true},
+    {"date plus number",         u"<expr_comp>",     PlusForDates,     true},
 };
 // clang-format on
 
