@@ -148,6 +148,11 @@ struct RuleField {
   std::u16string realName;
 };
 
+/// The rule with the first fix of each problem applied. Where two fixes touch the same letters the
+/// one of the earlier problem counts; what they have in common is done once.
+ORKRULE_EXPORT std::u16string ApplyFirstFixes(std::u16string_view rule,
+                                              std::span<const RuleProblem> problems);
+
 /// The calls behind a rule editor, over an engine that it refers to and does not own. They see what
 /// the engine has loaded and load further tables that a rule names for themselves alone: what the
 /// engine answers is as if none had been made. Goes with its engine in one thread at a time, and
