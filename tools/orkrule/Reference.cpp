@@ -149,7 +149,7 @@ void Reference::AddFunctions(const ListSection& section) {
     const Word word = WordOf(CalledFunction(rule, row.place), {row.place, row.columns[0], rule});
     const ORKBASE::RuleFunction& function = rules_.Function(word.Name());
     out_ += "#### " + AsCode(ToUtf8(function.name)) + "\n\n" + AsCode(ToUtf8(function.signature)) +
-            Say("behind-signature") + ToUtf8(function.info) + "\n\n";
+            "\n\n" + ToUtf8(function.info) + "\n\n";
     AddParameters(word);
     AddRule(word);
     AddSupport(function);
@@ -214,9 +214,9 @@ void Reference::AddParameters(const Word& word) {
   const auto isTold = [](const ORKBASE::RuleParameter& one) { return !one.info.empty(); };
   if (parameters.size() < 2 && std::ranges::none_of(parameters, isTold)) return;
   for (const ORKBASE::RuleParameter& one : parameters) {
-    out_ += "- " + AsCode(ToUtf8(one.label));
-    if (isTold(one)) out_ += Say("behind-parameter") + ToUtf8(one.info);
-    out_ += "\n";
+    const std::string label = AsCode(ToUtf8(one.label));
+    const bool told = isTold(one);
+    out_ += "- " + (told ? FilledText(Say("parameter"), {label, ToUtf8(one.info)}) : label) + "\n";
   }
   out_ += "\n";
 }
@@ -233,11 +233,17 @@ void Reference::AddSupport(const ORKBASE::RuleFunction& function) {
     if (state == "bare") groups.Add(Say("bare"), ToUtf8(one.dialect));
   }
   for (const NameGroups::Group& group : groups.All()) {
-    out_ += JoinedTexts(group.second, ", ") + Say("behind-databases") + group.first + "\n\n";
+    out_ += OnDatabases(group.second, group.first) + "\n\n";
   }
 }
 
 // --- SQL
+
+/// What is so on some databases.
+std::string Reference::OnDatabases(const std::vector<std::string>& names,
+                                   const std::string& text) const {
+  return FilledText(Say("databases"), {JoinedTexts(names, ", "), text});
+}
 
 std::string Reference::SqlOf(const Translation& translation) {
   if (!translation.refusal) return ToUtf8(translation.a);
@@ -269,7 +275,7 @@ std::string Reference::SqlCell(const VerifiedRule& rule) {
   if (groups.All().size() == 1) return groups.All().front().first;
   std::vector<std::string> lines;
   for (const NameGroups::Group& group : groups.All()) {
-    lines.push_back(JoinedTexts(group.second, ", ") + Say("behind-databases") + group.first);
+    lines.push_back(OnDatabases(group.second, group.first));
   }
   return JoinedTexts(lines, "<br>");
 }

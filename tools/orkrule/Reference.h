@@ -61,6 +61,7 @@ class Reference {
   void AddSupport(const ORKBASE::RuleFunction& function);
   void AddSql(const VerifiedRule& rule);
   void AddTwoTexts(const VerifiedRule& rule);
+  std::string OnDatabases(const std::vector<std::string>& names, const std::string& text) const;
   std::string SqlCell(const VerifiedRule& rule);
   std::string SqlOf(const Translation& translation);
 
