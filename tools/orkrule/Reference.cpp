@@ -4,6 +4,7 @@
 #include "Text.h"
 
 #include <algorithm>
+#include <iterator>
 #include <sstream>
 #include <utility>
 
@@ -11,6 +12,27 @@ namespace ORKTOOL {
 namespace {
 
 constexpr const char* kFence = "```";
+
+/// A kind of block, and the kind that its readers see.
+struct FenceRow {
+  std::string_view kind;
+  std::string_view shown;
+};
+
+// clang-format off
+constexpr FenceRow kFences[] = {
+    {"rule",    "rule"},
+    {"sql",     "rule"},
+    {"split",   "rule"},
+    {"refused", "refused"},
+    {"wrong",   "refused"},
+};
+// clang-format on
+
+const FenceRow* FenceNamed(std::string_view kind) {
+  const auto* const found = std::ranges::find(kFences, kind, &FenceRow::kind);
+  return found == std::end(kFences) ? nullptr : found;
+}
 
 [[noreturn]] void FailFill(const std::string& place, const std::string& what) {
   throw Failure{kInputOutput, place + ": " + what};
@@ -288,18 +310,18 @@ void Reference::OpenFence(const std::string& line) {
   fence_.clear();
   type_.clear();
   if (isFenced_) words >> fence_ >> type_;
-  const bool shows = fence_ == "sql" || fence_ == "split";
-  const bool ofRules = shows || fence_ == "rule" || fence_ == "refused";
-  if (type_.empty() || !ofRules) fence_.clear();
-  out_ += shows && !type_.empty() ? std::string(kFence) + "rule " + type_ + "\n" : line + "\n";
+  const FenceRow* const row = FenceNamed(type_.empty() ? "" : fence_);
+  if (row == nullptr) fence_.clear();
+  out_ += row == nullptr ? line + "\n" : kFence + std::string(row->shown) + ' ' + type_ + "\n";
 }
 
 void Reference::TakeFenced(const std::string& line, const std::string& place) {
   out_ += line + "\n";
   if (fence_.empty() || line.empty()) return;
   const ReferenceRule rule{place, type_, line};
-  if (fence_ == "refused") {
-    out_ += "  " + rules_.RefusalOf(rule) + "\n";
+  if (fence_ == "refused" || fence_ == "wrong") {
+    const std::string reason = rules_.RefusalOf(rule);
+    if (fence_ == "refused") out_ += "  " + reason + "\n";
     return;
   }
   const VerifiedRule verified = rules_.Verified(rule);

@@ -13,6 +13,7 @@
 //   ```sql logic                        the same, with the SQL of each database
 //   ```split logic                      the same, with the two texts of the default dialect
 //   ```refused logic                    lines that are refused, with the reason
+//   ```wrong logic                      the same without it
 #pragma once
 
 #include "ListFile.h"
