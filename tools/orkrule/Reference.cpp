@@ -1,5 +1,6 @@
 #include "Reference.h"
 
+#include "Markdown.h"
 #include "Output.h"
 #include "Text.h"
 
@@ -47,37 +48,6 @@ std::string FilledText(std::string text, const std::vector<std::string>& argumen
     at += argument.size();
   }
   return text;
-}
-
-std::string AsCode(const std::string& text) {
-  return "`" + text + "`";
-}
-
-/// AsCode within a cell of a table, where a bar would end the cell.
-std::string AsCodeCell(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    if (c == '|') escaped += '\\';
-    escaped += c;
-  }
-  return AsCode(escaped);
-}
-
-std::string JoinedTexts(const std::vector<std::string>& texts, const char* separator) {
-  std::string joined;
-  for (const std::string& text : texts) joined.append(joined.empty() ? "" : separator).append(text);
-  return joined;
-}
-
-void AddTableRow(std::string& out, const std::vector<std::string>& cells) {
-  out.append("| ").append(JoinedTexts(cells, " | ")).append(" |\n");
-}
-
-void AddTableHead(std::string& out, const std::vector<std::string>& cells) {
-  AddTableRow(out, cells);
-  out += '|';
-  for (std::size_t i = 0; i < cells.size(); ++i) out += "---|";
-  out += '\n';
 }
 
 /// Names under what they have in common, in the order in which each first came.
@@ -250,8 +220,9 @@ void Reference::AddSupport(const ORKBASE::RuleFunction& function) {
     std::vector<std::string> needs;
     for (const std::u16string& need : one.needs) needs.push_back(AsCode(ToUtf8(need)));
     const std::string state = ToUtf8(one.state);
-    if (state == "user")
+    if (state == "user") {
       groups.Add(FilledText(Say("user"), {JoinedTexts(needs, ", ")}), ToUtf8(one.dialect));
+    }
     if (state == "bare") groups.Add(Say("bare"), ToUtf8(one.dialect));
   }
   for (const NameGroups::Group& group : groups.All()) {
