@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Holds the language reference of docs/ against the tool: the files are what it makes now, every
-rule in them does what they say, and every word of the vocabulary stands in them.
+rule in them does what they say, every word of the vocabulary stands in them, and links lead to
+headings.
 
 Usage: language_docs.py TOOL SOURCE_FOLDER SAMPLE_DATABASE
 """
@@ -92,6 +93,15 @@ def missing_words(root, tool, name, text):
             yield f"{name}: the word {word} is not in it"
 
 
+def broken_links(name, text):
+    """The links of a document to places in it that are no headings."""
+    headings = re.findall(r"^#+ (.*)$", text, re.MULTILINE)
+    anchors = {re.sub(r"[^\w\- ]", "", one.lower()).replace(" ", "-") for one in headings}
+    for anchor in re.findall(r"\]\(#([^)]+)\)", text):
+        if anchor not in anchors:
+            yield f"{name}: there is no heading for #{anchor}"
+
+
 def main():
     tool, root, database = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3]
     os.environ["LC_ALL"] = "C"
@@ -100,6 +110,7 @@ def main():
         text = (root / "docs" / name).read_text("utf-8")
         found += wrong_rules(root, tool, database, name, text)
         found += missing_words(root, tool, name, text)
+        found += broken_links(name, text)
     print("\n".join(found))
     return 1 if found else 0
 
