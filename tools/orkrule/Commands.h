@@ -14,5 +14,6 @@ void AddUsesCommand(CLI::App& tool, ExitStatus& status);
 void AddStripCommand(CLI::App& tool, ExitStatus& status);
 void AddRenameCommand(CLI::App& tool, ExitStatus& status);
 void AddBatchCommand(CLI::App& tool, ExitStatus& status);
+void AddReferenceCommand(CLI::App& tool, ExitStatus& status);
 
 }  // namespace ORKTOOL

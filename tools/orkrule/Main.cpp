@@ -32,6 +32,7 @@ int Run(int argc, char** argv) {
   AddStripCommand(tool, status);
   AddRenameCommand(tool, status);
   AddBatchCommand(tool, status);
+  AddReferenceCommand(tool, status);
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

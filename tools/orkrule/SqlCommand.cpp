@@ -4,8 +4,7 @@
 #include "Report.h"
 #include "RuleInput.h"
 #include "Text.h"
-
-#include "Mx_Exception.h"
+#include "Translation.h"
 
 #include <algorithm>
 #include <memory>
@@ -13,21 +12,11 @@
 namespace ORKTOOL {
 namespace {
 
-constexpr std::size_t kDialectColumn = 11;
-constexpr std::size_t kPartColumn = 8;
-
 struct SqlOptions {
   EngineOptions engine;
   RuleOptions rules;
   std::string dialect = "default";
   bool split = false;
-};
-
-/// What one dialect made of a rule.
-struct Translation {
-  std::optional<Refusal> refusal;
-  std::u16string a;
-  std::u16string b;
 };
 
 /// What became of a rule: refused for all dialects, or translated for each.
@@ -72,24 +61,10 @@ class SqlRun {
       return outcome;
     }
     for (const ORKBASE::RuleDialect& dialect : dialects_) {
-      outcome.translations.push_back(TranslateFor(dialect, verification.document));
+      outcome.translations.push_back(
+          TranslateRule(engine_.Rules(), dialect, verification.document, options_.split));
     }
     return outcome;
-  }
-
-  Translation TranslateFor(const ORKBASE::RuleDialect& dialect, const std::u16string& document) {
-    Translation made;
-    std::u16string translated;
-    ORKBASE::MxExpression& rules = engine_.Rules();
-    try {
-      if (!rules.TranslateFor(dialect.number, document, translated, made.a, made.b,
-                              options_.split)) {
-        made.refusal = Refusal{rules.errNumber(), rules.errDescription()};
-      }
-    } catch (const ORKBASE::Mx_Exception& refused) {
-      made.refusal = Refusal{-1, refused.message};
-    }
-    return made;
   }
 
   bool ForOneDialect() const noexcept { return dialects_.size() == 1; }
