@@ -8,6 +8,7 @@
 
 #include <unicode/utf16.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -53,11 +54,13 @@ std::int32_t MessageAt(std::u16string_view text, std::size_t at) noexcept {
   return isFirstHalf || isSecondHalf ? kNone : MessageFor(unit);
 }
 
-/// The value of the attribute around a place.
+/// The value of the attribute around a place, as far as a message shows it.
 std::u16string_view ValueAround(std::u16string_view document, std::size_t at) noexcept {
-  const std::size_t opening = document.rfind(u'"', at);
-  const std::size_t start = opening == document.npos ? 0 : opening + 1;
-  return document.substr(start, document.find(u'"', at) - start);
+  constexpr std::size_t kShown = 40;  // units on each side
+  std::u16string_view before = document.substr(0, at);
+  before.remove_prefix(std::max(before.rfind(u'"') + 1, at - std::min(at, kShown)));
+  const std::size_t end = std::min(document.find(u'"', at), at + kShown);
+  return document.substr(at - before.size(), end - (at - before.size()));
 }
 
 }  // namespace

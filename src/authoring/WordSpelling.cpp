@@ -28,11 +28,19 @@ bool IsCadWord(std::int32_t symbol) noexcept {
 
 bool WordSpelling::Spell(Tag tag, std::u16string& text, MxErrorRecord& error) {
   asked_ = {tag.Get(Attr::kPrimary), tag.GetInt(Attr::kSymbol), tag.GetInt(Attr::kDataType)};
+  const auto known = spelt_.find(asked_.primary);
+  if (known != spelt_.end() && known->second.symbol == asked_.symbol &&
+      known->second.dataType == asked_.dataType) {
+    text = known->second.text;
+    return true;
+  }
   isKnown_ = false;
   otherWord_.clear();
   lexersRefusal_ = {};
   if (Find(tag)) {
     text = std::move(found_);
+    spelt_.insert_or_assign(std::u16string(asked_.primary),
+                            Spelt{asked_.symbol, asked_.dataType, text});
     return true;
   }
   error = Refusal();

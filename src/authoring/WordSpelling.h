@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -45,7 +47,15 @@ class WordSpelling {
   bool IsAtFirstSight(std::u16string_view text, const WordView& word);
   MxErrorRecord Refusal() const;
 
+  /// A word that was spelt before: rules repeat theirs.
+  struct Spelt {
+    std::int32_t symbol;
+    std::int32_t dataType;
+    std::u16string text;
+  };
+
   AuthoringCall& call_;
+  std::map<std::u16string, Spelt, std::less<>> spelt_;  ///< by canonical spelling
   Asked asked_{};
   std::u16string found_;
   bool isKnown_ = false;      ///< some dictionary has a word of that name and kind

@@ -158,10 +158,8 @@ bool Gives(AuthoringCall& call, const RuleText& rule, Tag root, MxErrorRecord& e
   return false;
 }
 
-}  // namespace
-
-bool WriteRule(AuthoringCall& call, std::u16string_view document, std::u16string& rule,
-               MxErrorRecord& error) {
+bool Write(AuthoringCall& call, std::u16string_view document, std::u16string& rule,
+           MxErrorRecord& error) {
   if (HoldsUnwritable(document, error)) return false;
   TagTree tree;
   if (!ReadTagTree(document, tree)) {
@@ -176,6 +174,17 @@ bool WriteRule(AuthoringCall& call, std::u16string_view document, std::u16string
   if (!Gives(call, written, tree.Root(), error)) return false;
   rule = std::move(written.text);
   return true;
+}
+
+}  // namespace
+
+bool WriteRule(AuthoringCall& call, std::u16string_view document, std::u16string& rule,
+               MxErrorRecord& error) {
+  if (Write(call, document, rule, error)) return true;
+  // An outage has a place in a text that nobody sees.
+  error.token = error.offset = -1;
+  error.length = 0;
+  return false;
 }
 
 }  // namespace ORKBASE

@@ -193,7 +193,7 @@ class RoundTrip : public testing::Test {
 };
 
 TEST_F(RoundTrip, KeepsTheDocumentOfEveryGeneratedRule) {
-  ExpectOfGenerated(2024, 1000);
+  ExpectOfGenerated(2024, 500);
   ExpectNoneRefused();
 }
 

@@ -342,6 +342,13 @@ TEST_F(Writer, RefusesTheDocumentsOfRulesWithControlCharacters) {
             "|The text 'a holds a control character, which a rule cannot hold.|");
 }
 
+TEST_F(Writer, ShowsOfALongTextWhatIsAroundTheCharacter) {
+  const std::u16string half(100, u'x');
+  EXPECT_EQ(U8(Write(u"en", english_.Verify(kText, u"'" + half + u"\x02" + half + u"'"))),
+            "|The text " + std::string(40, 'x') + "\x02" + std::string(39, 'x') +
+                " holds a control character, which a rule cannot hold.|");
+}
+
 TEST_F(Writer, RefusesANameThatIsAWordOfTheOtherLanguageOnly) {
   // A table named as a word of Chinese, and a field so that both are a variable.
   const TempDatabase odd(SourceText("examples/shop.sql") +
@@ -368,6 +375,7 @@ TEST_F(Writer, TellsWhenTheDatabaseDoesNotAnswer) {
   std::u16string rule;
   EXPECT_FALSE(authoring.Write(document, rule));
   EXPECT_EQ(authoring.errRecord().cause, kDatabaseCause);
+  EXPECT_EQ(authoring.errRecord().offset, -1);
   EXPECT_NE(U8(authoring.errDescription()).find("mx_v_datafield"), std::string::npos)
       << U8(authoring.errDescription());
 }
