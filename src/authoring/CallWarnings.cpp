@@ -42,7 +42,8 @@ void WarnOfRefusals(WarningList& list, ORKDB_DSType_ENUM database, std::u16strin
   bool isAsked = false;
   for (const PlacedNode& node : list.nodes()) {
     if (node.symbol != kFunctionSymbol) continue;
-    const Refusal* refusal = RefusalOf(database, node.tag);
+    const std::u16string_view first = node.first < 0 ? u"" : list.places().At(node.first).primary;
+    const Refusal* refusal = RefusalOf(database, node.primary, first);
     if (!refusal) continue;
     if (!isAsked && !IsRefused(list, database, document)) return;
     isAsked = true;
@@ -53,8 +54,8 @@ void WarnOfRefusals(WarningList& list, ORKDB_DSType_ENUM database, std::u16strin
 
 /// A function of the rule that goes to the database as it stands.
 bool IsUnknown(ORKDB_DSType_ENUM database, const PlacedNode& call) {
-  return KnownOf(database, call.primary()) == Known::kMissing &&
-         !DialectOf(database).map().Find(LookupKey(call.primary()));
+  return KnownOf(database, call.primary) == Known::kMissing &&
+         !DialectOf(database).map().Find(LookupKey(call.primary));
 }
 
 void WarnOfUnknown(WarningList& list, const PlacedNode& call) {

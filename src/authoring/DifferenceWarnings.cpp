@@ -20,7 +20,7 @@ struct CallRow {
 
 std::u16string_view Argument(const WarningList& list, const PlacedNode& call, std::int32_t index) {
   const PlacedNode* argument = list.places().Child(call, index);
-  return argument ? argument->primary() : std::u16string_view{};
+  return argument ? argument->primary : std::u16string_view{};
 }
 
 bool Always(const WarningList& /*list*/, const PlacedNode& /*call*/) {
@@ -85,7 +85,7 @@ std::vector<bool> Fractions(const WarningList& list) {
   for (std::size_t i = nodes.size(); i-- > 0;) {
     const PlacedNode& node = nodes[i];
     if (node.symbol == kConstantSymbol) {
-      found[i] = node.primary().find_first_of(u".eE") != std::u16string_view::npos;
+      found[i] = node.primary.find_first_of(u".eE") != std::u16string_view::npos;
     } else if (node.symbol == kFunctionSymbol) {
       const auto is = [&node](std::u16string_view name) { return node.Is(name); };
       found[i] = std::any_of(std::begin(kFractions), std::end(kFractions), is) ||
@@ -125,7 +125,7 @@ void WarnOfDivisions(WarningList& list) {
 constexpr std::int32_t kKeptLetters = 30;
 
 bool IsShortConstant(const PlacedNode& node) {
-  return node.symbol == kConstantSymbol && node.primary().size() <= kKeptLetters + 2;
+  return node.symbol == kConstantSymbol && node.primary.size() <= kKeptLetters + 2;
 }
 
 /// `ToText` of one text, which may be longer than what stays.

@@ -2,8 +2,8 @@
 #include "authoring/DocumentPlaces.h"
 
 #include "authoring/AuthoringCall.h"
-#include "document/Composer.h"
-#include "document/TagReader.h"
+#include "document/AttrNames.h"
+#include "foundation/Text.h"
 
 #include <algorithm>
 
@@ -14,12 +14,53 @@ bool IsBracket(const WordView& word, std::u16string_view bracket) {
   return word.symbol == kDelimiterSymbol && word.primary == bracket;
 }
 
+constexpr std::u16string_view kOpening = u"<tag primary=\"";
+constexpr std::u16string_view kClosing = u"</tag>";
+constexpr std::u16string_view kInBrackets = u" inBrackets=\"1\"";
+/// No element is shorter.
+constexpr std::size_t kLeastLength = 61;
+
+/// Takes a suffix away, if it is there.
+bool Drop(std::u16string_view& text, std::u16string_view suffix) {
+  if (!text.ends_with(suffix)) return false;
+  text.remove_suffix(suffix.size());
+  return true;
+}
+
+/// The number at the end of an attribute that is the last of an element.
+bool DropNumber(std::u16string_view& text, std::u16string_view opening, std::int32_t& value) {
+  if (text.size() < opening.size() + 2 || text.back() != u'"') return false;
+  const char16_t digit = text[text.size() - 2];
+  if (!text.substr(0, text.size() - 2).ends_with(opening) || digit < u'0' || digit > u'9') {
+    return false;
+  }
+  value = digit - u'0';
+  text.remove_suffix(opening.size() + 2);
+  return true;
+}
+
+/// An element up to its ">", which stands in no value: where it ends, or npos for another form.
+/// What follows the texts says how the node prints.
+std::size_t ReadElement(std::u16string_view document, PlacedNode& node, bool& isOpen) {
+  if (!document.starts_with(kOpening)) return document.npos;
+  const std::size_t end = document.find(u'>', kLeastLength);
+  if (end == document.npos) return end;
+  std::u16string_view element = document.substr(0, end);
+  isOpen = !Drop(element, u"/");
+  node.inBrackets = Drop(element, kInBrackets);
+  DropNumber(element, OpeningOf(Attr::kSemanticType), node.semanticType);
+  node.inBrackets |= Drop(element, kInBrackets);
+  const std::size_t symbol = element.find(OpeningOf(Attr::kSymbol));
+  if (symbol == element.npos) return symbol;
+  node.symbol = ReadInt(element.substr(symbol + OpeningOf(Attr::kSymbol).size()));
+  return end;
+}
+
 }  // namespace
 
 bool DocumentPlaces::Match(std::u16string_view document, const RuleReading& reading) {
   nodes_.clear();
-  if (!ReadTagTree(document, tree_)) return false;
-  Gather();
+  if (!Gather(document)) return false;
   FindPartners(reading);
   if (!MatchWords(reading)) return false;
   FindRanges(reading);
@@ -33,20 +74,24 @@ const PlacedNode* DocumentPlaces::Child(const PlacedNode& node, std::int32_t ind
   return child < 0 ? nullptr : &At(child);
 }
 
-void DocumentPlaces::Gather() {
+bool DocumentPlaces::Gather(std::u16string_view document) {
   std::vector<std::int32_t> lastChild;
-  const Tag root = tree_.Root();
   std::int32_t parent = -1;
-  for (Tag tag = root; tag; tag = tag.NextInDocument(root)) {
-    while (parent >= 0 && !(At(parent).tag == tag.Parent())) parent = At(parent).parent;
-    const auto index = static_cast<std::int32_t>(nodes_.size());
+  std::size_t at = 0;
+  for (at = document.find(u'<'); at != document.npos; at = document.find(u'<', at)) {
+    document.remove_prefix(at);
+    at = 0;
+    if (document.starts_with(kClosing)) {
+      if (parent < 0) return false;
+      parent = At(parent).parent;
+      at = kClosing.size();
+      continue;
+    }
     PlacedNode node;
-    node.tag = tag;
-    node.symbol = tag.GetInt(Attr::kSymbol);
-    node.dataType = tag.GetInt(Attr::kDataType);
-    if (node.dataType == kMemoDataType) node.dataType = kStrDataType;
-    node.semanticType = SemanticTypeOf(tag);
-    node.inBrackets = IsInBrackets(tag);
+    bool isOpen = false;
+    const std::size_t end = ReadElement(document, node, isOpen);
+    if (end == document.npos || (parent < 0 && !nodes_.empty())) return false;
+    const auto index = static_cast<std::int32_t>(nodes_.size());
     node.parent = parent;
     if (parent >= 0) {
       std::int32_t& last = lastChild[static_cast<std::size_t>(parent)];
@@ -56,8 +101,10 @@ void DocumentPlaces::Gather() {
     }
     nodes_.push_back(node);
     lastChild.push_back(-1);
-    parent = index;
+    if (isOpen) parent = index;
+    at = end;
   }
+  return parent < 0;
 }
 
 /// Also counts how deep the brackets go.
@@ -83,6 +130,9 @@ bool DocumentPlaces::MatchWords(const RuleReading& reading) {
   const auto take = [&](PlacedNode& node) {
     while (word < reading.words.size() && reading.words[word].symbol == kDelimiterSymbol) ++word;
     if (word == reading.words.size() || reading.words[word].symbol != node.symbol) return false;
+    node.primary = reading.words[word].primary;
+    node.dataType = reading.words[word].dataType;
+    if (node.dataType == kMemoDataType) node.dataType = kStrDataType;
     node.word = static_cast<std::int32_t>(word++);
     return true;
   };

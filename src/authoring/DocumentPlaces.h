@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "MxRuleEnums.h"
-#include "document/TagTree.h"
 
 namespace ORKBASE {
 
@@ -19,7 +18,7 @@ struct RuleReading;
 
 /// A node and its words, by their index in the reading. Links are indices of nodes, -1 for none.
 struct PlacedNode {
-  Tag tag;
+  std::u16string_view primary;  ///< of the word
   std::int32_t symbol = kUnknownSymbol;
   std::int32_t dataType = kNoDataType;  ///< of the value: of `max(d)` that of d
   std::int32_t semanticType = kLeafSemantic;
@@ -33,16 +32,16 @@ struct PlacedNode {
   std::int32_t outerFirst = -1;  ///< the same with the brackets around it
   std::int32_t outerLast = -1;
 
-  std::u16string_view primary() const { return tag.Get(Attr::kPrimary); }
-  bool Is(std::u16string_view text) const { return primary() == text; }
+  bool Is(std::u16string_view text) const noexcept { return primary == text; }
   bool IsInfix() const noexcept { return semanticType == kInfixSemantic && first >= 0; }
 };
 
-/// The nodes of one document, parents before their children, in document order. Refers to nothing
-/// but its own tree.
+/// The nodes of one document, parents before their children, in document order. Refers to the words
+/// of the reading that it was matched with.
 class DocumentPlaces {
  public:
-  /// False where the document does not read, or is not that of the rule.
+  /// Takes a document in the form in which `Verify` writes it. False where it is not that of the
+  /// rule.
   bool Match(std::u16string_view document, const RuleReading& reading);
 
   std::span<const PlacedNode> nodes() const noexcept { return nodes_; }
@@ -59,13 +58,12 @@ class DocumentPlaces {
   std::int32_t Deepest() const noexcept { return deepest_; }
 
  private:
-  void Gather();
+  bool Gather(std::u16string_view document);
   bool MatchWords(const RuleReading& reading);
   void FindPartners(const RuleReading& reading);
   void FindRanges(const RuleReading& reading);
   void FindTypes();
 
-  TagTree tree_;
   std::vector<PlacedNode> nodes_;
   std::vector<std::int32_t> partners_;  // of the brackets among the words
   std::int32_t deepest_ = 0;

@@ -43,7 +43,7 @@ bool StandsBesideText(const WarningList& list, const PlacedNode& constant) {
 }
 
 void WarnOfOtherOrder(WarningList& list, const PlacedNode& constant, const DateMask& mask) {
-  const std::u16string_view quoted = constant.primary();
+  const std::u16string_view quoted = constant.primary;
   if (!mask.IsWhole() || quoted.size() < 3) return;
   const std::u16string_view date = quoted.substr(1, quoted.size() - 2);
   if (mask.Reads(date)) return;
@@ -124,7 +124,7 @@ void AddYearBefore(const WarningList& list, const PlacedNode& call, const LastPe
   const std::u16string same = list.NameOf(row.same);
   std::u16string before(list.WrittenAll(year));
   std::int32_t value = 0;
-  if (ReadWholeInt(year.primary(), value) && value > 0) {
+  if (ReadWholeInt(year.primary, value) && value > 0) {
     before = Decimal(value - 1);
   } else {
     if (year.first >= 0 && year.symbol != kFunctionSymbol && !year.inBrackets) {
@@ -147,7 +147,7 @@ void WarnOfYearBefore(WarningList& list, const PlacedNode& call) {
     if (!call.Is(row.function) || !number) continue;
     std::int32_t value = 0;
     const bool isConstant = number->symbol == kConstantSymbol;
-    if (isConstant && (!ReadWholeInt(number->primary(), value) || value > 1)) return;
+    if (isConstant && (!ReadWholeInt(number->primary, value) || value > 1)) return;
     RuleProblem& problem =
         list.AtWord(call, kMsgNoYearBefore, {list.With(Trait::kKeepsYear), list.Written(call)},
                     isConstant ? kWarningSeverity : kInformationSeverity);

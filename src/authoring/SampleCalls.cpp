@@ -114,7 +114,9 @@ std::u16string RefusalText(const AuthoringCall& call, ORKDB_DSType_ENUM database
   TagTree tree;
   ReadTagTree(document, tree);
   for (Tag node = tree.Root(); node; node = node.NextInDocument(tree.Root())) {
-    if (const Refusal* refusal = RefusalOf(database, node)) return call.Text(refusal->message);
+    const Refusal* refusal =
+        RefusalOf(database, node.Get(Attr::kPrimary), node.FirstChild().Get(Attr::kPrimary));
+    if (refusal) return call.Text(refusal->message);
   }
   return {};
 }

@@ -63,7 +63,7 @@ class TwoTextWalk {
   void Open(std::int32_t index, bool toB) {
     const PlacedNode& node = list_.places().At(index);
     Visit visit{&node, node.first, toB, {}};
-    if (node.symbol == kFunctionSymbol && IsAggregate(node.primary())) {
+    if (node.symbol == kFunctionSymbol && IsAggregate(node.primary)) {
       visit.toB = visit.out.found = true;
     }
     open_.push_back(visit);

@@ -118,7 +118,7 @@ std::vector<RuleProblem> WarningList::Take() {
 
 bool HasIsNullForm(const WarningList& list, const PlacedNode& field) {
   if (!list.call().Engine().useIsNull) return false;
-  std::u16string text(field.primary());
+  std::u16string text(field.primary);
   const std::size_t bare = text.size();
   WrapIsNull(field.dataType, text, u"isnull");
   return text.size() != bare;

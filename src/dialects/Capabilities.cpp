@@ -196,15 +196,15 @@ bool HoldsOn(ORKDB_DSType_ENUM database, const std::array<Known, kDatabaseCount>
   return known[PlaceOf(database)] != Known::kUnwritten;
 }
 
-const Refusal* RefusalOf(ORKDB_DSType_ENUM database, Tag call) {
+const Refusal* RefusalOf(ORKDB_DSType_ENUM database, std::u16string_view function,
+                         std::u16string_view firstArgument) {
   const DialectRow& dialect = DialectOf(database);
-  const std::u16string_view word = call.Get(Attr::kPrimary);
-  const TransEntry* entry = dialect.map().Find(LookupKey(word));
+  const TransEntry* entry = dialect.map().Find(LookupKey(function));
   if (!entry) return nullptr;
   if (const Refusal* refusal = std::get_if<Refusal>(&entry->what)) return refusal;
-  const bool isDifference = EqualsIgnoringCase(word, u"timeInterval");
+  const bool isDifference = EqualsIgnoringCase(function, u"timeInterval");
   if (!isDifference || dialect.dialect.number != kOracleDs) return nullptr;
-  return RefusedDifference(call.FirstChild().Get(Attr::kPrimary));
+  return RefusedDifference(firstArgument);
 }
 
 std::u16string_view DatabaseName(ORKDB_DSType_ENUM database) {

@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "MxRuleEnums.h"
-#include "document/TagTree.h"
 #include "translator/ReplacementMap.h"
 
 namespace ORKBASE {
@@ -98,9 +97,10 @@ std::span<const MixingArgument> MixingArguments();
 /// Whether a row is about a database.
 bool HoldsOn(ORKDB_DSType_ENUM database, const std::array<Known, kDatabaseCount>& known);
 
-/// Why a call of a rule is refused for a database, or null. `call` is its node in the document that
-/// `Verify` gives.
-const Refusal* RefusalOf(ORKDB_DSType_ENUM database, Tag call);
+/// Why a call of a rule is refused for a database, or null: by the canonical spellings of its
+/// function and of its first argument.
+const Refusal* RefusalOf(ORKDB_DSType_ENUM database, std::u16string_view function,
+                         std::u16string_view firstArgument);
 
 /// What people call the database.
 std::u16string_view DatabaseName(ORKDB_DSType_ENUM database);

@@ -16,7 +16,8 @@ inline constexpr Refusal kFiscalBoundRefused       = {kMsgFiscalRefused,     kOr
 inline constexpr Refusal kFiscalPartRefused        = {kMsgFiscalRefused,     kOracleModule, u"fDatePart_acct",  437};
 // clang-format on
 
-/// Why `timeInterval` is refused in a unit of time such as u"qq", in any case; null where it is not.
+/// Why `timeInterval` is refused in a unit of time such as u"qq", in any case; null where it is
+/// not.
 const Refusal* RefusedDifference(std::u16string_view part);
 
 }  // namespace ORKBASE

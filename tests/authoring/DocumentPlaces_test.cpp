@@ -124,7 +124,7 @@ TEST_F(Places, HoldForRulesOfTheWholeGrammar) {
       const auto word = static_cast<std::size_t>(node.word);
       ASSERT_FALSE(taken[word]) << U8(made.text);
       taken[word] = true;
-      ASSERT_EQ(U8(reading_.words[word].primary), U8(node.primary())) << U8(made.text);
+      ASSERT_EQ(U8(reading_.words[word].primary), U8(node.primary)) << U8(made.text);
       ASSERT_LE(node.outerFirst, node.firstWord);
       ASSERT_LE(node.lastWord, node.outerLast);
       if (const PlacedNode* parent = places_.Parent(node)) {
@@ -153,6 +153,7 @@ TEST_F(Places, AreNoneForAnotherDocument) {
   EXPECT_FALSE(places_.Match(document, reading_));
   EXPECT_FALSE(places_.Match(u"", reading_));
   EXPECT_FALSE(places_.Match(u"<tag", reading_));
+  EXPECT_FALSE(places_.Match(u"</tag>", reading_));
 }
 
 }  // namespace
