@@ -55,6 +55,7 @@ class Checking {
       FindSlips();
       DropFixesOfNoUse();
       MergeFirst();
+      FindExpected();
       FindWords();
     }
     return Problems();
@@ -177,6 +178,20 @@ class Checking {
       if (best == slips.end() && outcome.reach > place) best = slip;
     }
     return best;
+  }
+
+  /// Behind a slip only the mended text tells what may stand in a place.
+  void FindExpected() {
+    const auto find = [&](Slip& slip) {
+      const Draft& mended = bench_.Now();
+      const std::size_t word = mended.WordFrom(bench_.PresentOffset(slip.offset));
+      slip.expected = ExpectedAt(bench_, mended, word);
+    };
+    if (first_.expected.empty() && refusal_.offset >= 0) find(first_);
+    constexpr std::size_t kMostFound = 3;
+    for (std::size_t i = 0; i < std::min(bench_.slips.size(), kMostFound); ++i) {
+      find(bench_.slips[i]);
+    }
   }
 
   /// What is said where no remedy is sure.

@@ -204,6 +204,14 @@ std::int32_t Workbench::TypedOffset(std::int32_t offset) const {
   return Typed({offset, 0, {}}, nullptr).offset;
 }
 
+std::int32_t Workbench::PresentOffset(std::int32_t typed) const {
+  const auto behind = std::partition_point(
+      done_.begin(), done_.end(), [&](const Done& done) { return done.TypedEnd() <= typed; });
+  if (behind != done_.end() && behind->edit.offset < typed) return behind->now;
+  if (behind == done_.begin()) return typed;
+  return (behind - 1)->End() + typed - (behind - 1)->TypedEnd();
+}
+
 /// The edit in the places of the typed text, widened to the whole of those earlier ones that it
 /// cuts; `covered` marks those that it stands for.
 RuleEdit Workbench::Typed(const RuleEdit& edit, std::vector<bool>* covered) const {

@@ -112,6 +112,8 @@ class Workbench {
   Outcome Judge(const Draft& draft);
   /// The place in the text as it was typed.
   std::int32_t TypedOffset(std::int32_t offset) const;
+  /// The place in the present text of one in the text as it was typed.
+  std::int32_t PresentOffset(std::int32_t typed) const;
 
  private:
   /// A replacement that is carried out, and where its text stands now.

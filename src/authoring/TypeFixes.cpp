@@ -130,9 +130,9 @@ class Round {
     }
   }
 
-  /// The place of a sign at the refused word or in front of it.
+  /// The place of a sign at the refused word or beside it.
   std::optional<std::size_t> SignHere(std::u16string_view signs) const {
-    for (const std::size_t i : {refused_, refused_ - 1}) {
+    for (const std::size_t i : {refused_, refused_ - 1, refused_ + 1}) {
       if (i > 0 && i < draft_.Size() && draft_.Written(i).size() == 1 &&
           signs.find(draft_.Written(i).front()) != signs.npos) {
         return i;
