@@ -21,6 +21,6 @@ cmake --preset release -B "$out" -DORKRULE_BENCH=ON -DORKRULE_TESTS=OFF -DORKRUL
 cmake --build "$out"
 export ORKRULE_SAMPLE_DB="$root/$out/shop.db"
 scripts/make_sample_db.sh "$ORKRULE_SAMPLE_DB"
-for name in rules growth allocations; do measure "$name"; done
+for name in rules growth allocations authoring; do measure "$name"; done
 say "Ratios on $(nproc) cores"
 python3 bench/table.py "$out" "$@"

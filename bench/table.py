@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes ratios and growth exponents of the times in FOLDER/{rules,growth,allocations}.json and
+"""Makes ratios and growth exponents of the times in FOLDER/{rules,growth,allocations,authoring}.json and
 prints them as one table; with --rules also the twelve rules one by one."""
 
 import json
@@ -126,6 +126,28 @@ def print_allocations(counters):
     line("  both together", sum(counts.values()), 800, 100, "d")
 
 
+def print_authoring(times, counters):
+    """The allowance of completion is three times `Verify` of the words before the cursor and 0.1
+    microseconds for each candidate; that of checking a refused rule three times `Verify` of the
+    rule without its slip and 2 milliseconds for near names."""
+    for case in names(times, "Complete"):
+        candidates = counters[f"Complete/{case}"]["candidates"]
+        allowed = 3 * times[f"Before/{case}"] + 100 * candidates
+        line(f"Complete of its allowance: {case}",
+             times[f"Complete/{case}"] / allowed, 1.0, 0.5)
+    for case in names(times, "Typing"):
+        whole = times[f"WholeEachLetter/{case}"]
+        line(f"Complete for each letter / Verify of the whole, {case}",
+             times[f"CompleteEachLetter/{case}"] / whole, 4.0, 3.0)
+        line(f"Check and Complete for each letter / the same, {case}",
+             times[f"Typing/{case}"] / whole, 10.0, 5.0)
+    for case in names(times, "Check"):
+        whole = times[f"VerifyWhole/{case}"]
+        line(f"Check / Verify of a rule of {case}", times[f"Check/{case}"] / whole, 3.0, 2.0)
+        line(f"Check of its allowance: a refused rule of {case}",
+             times[f"CheckRefused/{case}"] / (3 * whole + 2e6), 1.0, 0.5)
+
+
 def main():
     folder = sys.argv[1]
     times, _ = read(folder, "rules")
@@ -135,6 +157,7 @@ def main():
     print_ratios(times)
     print_growth(*read(folder, "growth"))
     print_allocations(read(folder, "allocations")[1])
+    print_authoring(*read(folder, "authoring"))
 
 
 if __name__ == "__main__":
