@@ -21,9 +21,8 @@ struct CheckOptions {
   std::string colour;
 };
 
-/// What became of a rule, as what it was checked in the end, and with which answer.
+/// What became of a rule.
 struct Checked {
-  ORKBASE::MXRULE_DATATYPE type = kEitherType;
   Json answer;
   Problems problems;
 };
@@ -46,6 +45,7 @@ class CheckRun {
       } else {
         Show(*rule, CheckEither(*rule));
       }
+      if (status_ == kInputOutput) break;  // each further rule would ask the database again
     }
     return status_;
   }
@@ -65,7 +65,6 @@ class CheckRun {
 
   Checked CheckAs(ORKBASE::MXRULE_DATATYPE type, const Rule& rule) {
     Checked checked;
-    checked.type = type;
     checked.answer = calls_.Ask({{"op", "Check"},
                                  {"type", static_cast<std::int32_t>(type)},
                                  {"expression", ToUtf8(rule.text)},
@@ -88,9 +87,9 @@ class CheckRun {
   /// Prints the rule with its fixes; what they leave wrong goes to standard error.
   void Mend(const Rule& rule) {
     const Checked before = CheckEither(rule);
-    const Rule mended = {WithFirstFixes(rule.text, before.problems), rule.place, before.type};
+    const Rule mended = {WithFirstFixes(rule.text, before.problems), rule.place, rule.type};
     Print(ToUtf8(mended.text) + "\n");
-    Problems left = CheckAs(before.type, mended).problems;
+    Problems left = CheckEither(mended).problems;
     std::erase_if(left, [](const ORKBASE::RuleProblem& problem) {
       return problem.severity != ORKBASE::kErrorSeverity;
     });

@@ -1,5 +1,7 @@
 #include "Colour.h"
 
+#include <CLI/CLI.hpp>
+
 #include <sys/ioctl.h>
 #include <unistd.h>
 

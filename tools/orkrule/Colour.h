@@ -1,10 +1,12 @@
 // Colours of a terminal: when they are wanted, and around what.
 #pragma once
 
-#include "Options.h"
-
 #include <cstddef>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace ORKTOOL {
 

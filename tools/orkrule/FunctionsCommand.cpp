@@ -75,7 +75,7 @@ ExitStatus Run(const FunctionsOptions& options) {
   }
   Calls calls{EngineSetup(options.engine)};
   Json answer = calls.Ask({{"op", "Capabilities"}});
-  KeepAsked(answer, dialects);
+  if (dialects.size() < ORKBASE::RuleDialects().size()) KeepAsked(answer, dialects);
   if (options.json) {
     PrintJson(answer);
   } else {
