@@ -157,6 +157,7 @@ enum MessageNumber : std::int32_t {
   kMsgNeedsAnother           = 7317,  ///< two %s: the function, the type
   kMsgTooManyArguments       = 7318,  ///< one %s: the function
   kMsgDatabaseFailed         = 7319,  ///< one %s: what the database said
+  kMsgWordsFollowLanguage    = 7329,
 
   // What cannot be asked or written, 7330 to 7349
   kMsgBadOffset              = 7330,

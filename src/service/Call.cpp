@@ -6,7 +6,7 @@
 
 namespace ORKBASE {
 
-MxExpression& KnownEngine(const Engines& engines, const std::u16string& name) {
+NamedEngine& KnownEngine(const Engines& engines, const std::u16string& name) {
   const auto found = engines.find(name);
   if (found == engines.end()) throw BadRequest{u"there is no object \"" + name + u"\""};
   return *found->second;
@@ -30,6 +30,10 @@ std::int32_t Call::Integer(std::string_view name) const {
 
 bool Call::Boolean(std::string_view name) const {
   return std::get<bool>(ValueOf(name));
+}
+
+const Integers& Call::IntegerList(std::string_view name) const {
+  return std::get<Integers>(ValueOf(name));
 }
 
 bool Call::Has(std::string_view name) const {

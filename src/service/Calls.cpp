@@ -12,6 +12,7 @@ using enum Reach;
 
 constexpr Required kRequired;
 constexpr Optional kOptional;
+constexpr EmptyList kNoIntegers;
 
 // What goes in, in the order in which it is checked.
 // clang-format off
@@ -96,6 +97,50 @@ constexpr FieldIn kTranslateIn[] = {
     {"dsType",     kInteger, 0},
     {"twoParts",   kBoolean, false},
 };
+constexpr FieldIn kCheckIn[] = {
+    {"type",       kInteger,  kRequired},
+    {"expression", kText,     kRequired},
+    {"dsTypes",    kIntegers, kNoIntegers},
+    {"twoParts",   kBoolean,  false},
+    {"language",   kText,     u""},
+};
+constexpr FieldIn kCompleteIn[] = {
+    {"type",       kInteger, kRequired},
+    {"expression", kText,    kRequired},
+    {"offset",     kInteger, kRequired},
+    {"limit",      kInteger, 100},
+    {"all",        kBoolean, false},
+    {"language",   kText,    u""},
+};
+constexpr FieldIn kPlaceIn[] = {
+    {"expression", kText,    kRequired},
+    {"offset",     kInteger, kRequired},
+    {"language",   kText,    u""},
+};
+constexpr FieldIn kUsesIn[] = {
+    {"expression", kText, kRequired},
+    {"language",   kText, u""},
+};
+constexpr FieldIn kWriteIn[] = {
+    {"document", kText, kRequired},
+    {"language", kText, u""},
+};
+constexpr FieldIn kFormatIn[] = {
+    {"expression", kText,    kRequired},
+    {"width",      kInteger, 100},
+    {"language",   kText,    u""},
+};
+constexpr FieldIn kCapabilitiesIn[] = {
+    {"language", kText, u""},
+};
+constexpr FieldIn kTableNamesIn[] = {
+    {"like",     kText, u""},
+    {"language", kText, u""},
+};
+constexpr FieldIn kFieldNamesIn[] = {
+    {"table",    kText, kRequired},
+    {"language", kText, u""},
+};
 
 // What comes out, in the order in which it is written.
 constexpr FieldOut kHelpOut[] = {
@@ -144,30 +189,84 @@ constexpr FieldOut kTranslateOut[] = {
     {"a",          kText},
     {"b",          kText},
 };
+constexpr FieldOut kCheckOut[] = {
+    {"problems", kRecords},
+};
+constexpr FieldOut kCompleteOut[] = {
+    {"offset",    kInteger},
+    {"length",    kInteger},
+    {"items",     kRecords},
+    {"more",      kBoolean},
+    {"unsure",    kBoolean},
+    {"constants", kTexts},
+};
+constexpr FieldOut kSignatureOut[] = {
+    {"name",       kText},
+    {"text",       kText},
+    {"parameters", kRecords},
+    {"active",     kInteger},
+    {"offset",     kInteger},
+};
+constexpr FieldOut kExplainOut[] = {
+    {"offset",   kInteger},
+    {"length",   kInteger},
+    {"kind",     kText},
+    {"name",     kText},
+    {"dataType", kText},
+    {"text",     kText},
+    {"sql",      kRecord},
+};
+constexpr FieldOut kUsesOut[] = {
+    {"uses", kRecords},
+};
+constexpr FieldOut kWriteOut[] = {
+    {"result",     kBoolean},
+    {"expression", kText},
+};
+constexpr FieldOut kCapabilitiesOut[] = {
+    {"functions", kRecords},
+};
+constexpr FieldOut kTableNamesOut[] = {
+    {"tables", kTexts},
+    {"more",   kBoolean},
+};
+constexpr FieldOut kFieldNamesOut[] = {
+    {"fields", kRecords},
+};
 
 constexpr CallRow kCalls[] = {
-    {"help",                      kNoObject,  {},               kHelpOut,       RunHelp},
-    {"new",                       kNoObject,  {},               {},             RunNew},
-    {"copy",                      kNoObject,  kCopyIn,          {},             RunCopy},
-    {"drop",                      kSession,   {},               {},             RunDrop},
-    {"SetThreadLanguage",         kSession,   kLanguageIn,      {},             RunSetThreadLanguage},
-    {"Connect",                   kSession,   kConnectIn,       {},             RunConnect},
-    {"SetRt",                     kSession,   kRtIn,            kTruthOut,      RunSetRt},
-    {"SetDts",                    kSession,   kDtsIn,           kTruthOut,      RunSetDts},
-    {"SetCAXDD",                  kSession,   kCaxIn,           kTruthOut,      RunSetCAXDD},
-    {"set",                       kSession,   kModesIn,         {},             RunSet},
-    {"get",                       kSession,   {},               kModesOut,      RunGet},
-    {"Verify",                    kStateless, kVerifyIn,        kVerifyOut,     RunVerify},
-    {"GetSpec",                   kStateless, kSpecIn,          kSpecOut,       RunGetSpec},
-    {"Compose",                   kStateless, kComposeIn,       kComposeOut,    RunCompose},
-    {"AddIsNull",                 kSession,   kIsNullIn,        kExpressionOut, RunAddIsNull},
-    {"RemoveDt",                  kStateless, kRemoveIn,        kExpressionOut, RunRemoveDt},
-    {"IsDtsInExp",                kStateless, kTablesIn,        kTruthOut,      RunIsDtsInExp},
-    {"ReplaceDtOrDfNames",        kSession,   kRenamesIn,       kNumberOut,     RunReplaceDtOrDfNames},
-    {"ChangeExpWithNewDtDfNames", kStateless, kRenamesInTextIn, kExpressionOut, RunChangeExpWithNewDtDfNames},
-    {"GetDict",                   kStateless, kDictIn,          kDocumentOut,   RunGetDict},
-    {"GetSysTabName",             kSession,   kSysTabIn,        kNameOut,       RunGetSysTabName},
-    {"Translate",                 kStateless, kTranslateIn,     kTranslateOut,  RunTranslate},
+    {"help",                      kNoObject,  {},               kHelpOut,         RunHelp},
+    {"new",                       kNoObject,  {},               {},               RunNew},
+    {"copy",                      kNoObject,  kCopyIn,          {},               RunCopy},
+    {"drop",                      kSession,   {},               {},               RunDrop},
+    {"SetThreadLanguage",         kSession,   kLanguageIn,      {},               RunSetThreadLanguage},
+    {"Connect",                   kSession,   kConnectIn,       {},               RunConnect},
+    {"SetRt",                     kSession,   kRtIn,            kTruthOut,        RunSetRt},
+    {"SetDts",                    kSession,   kDtsIn,           kTruthOut,        RunSetDts},
+    {"SetCAXDD",                  kSession,   kCaxIn,           kTruthOut,        RunSetCAXDD},
+    {"set",                       kSession,   kModesIn,         {},               RunSet},
+    {"get",                       kSession,   {},               kModesOut,        RunGet},
+    {"Verify",                    kStateless, kVerifyIn,        kVerifyOut,       RunVerify},
+    {"GetSpec",                   kStateless, kSpecIn,          kSpecOut,         RunGetSpec},
+    {"Compose",                   kStateless, kComposeIn,       kComposeOut,      RunCompose},
+    {"AddIsNull",                 kSession,   kIsNullIn,        kExpressionOut,   RunAddIsNull},
+    {"RemoveDt",                  kStateless, kRemoveIn,        kExpressionOut,   RunRemoveDt},
+    {"IsDtsInExp",                kStateless, kTablesIn,        kTruthOut,        RunIsDtsInExp},
+    {"ReplaceDtOrDfNames",        kSession,   kRenamesIn,       kNumberOut,       RunReplaceDtOrDfNames},
+    {"ChangeExpWithNewDtDfNames", kStateless, kRenamesInTextIn, kExpressionOut,   RunChangeExpWithNewDtDfNames},
+    {"GetDict",                   kStateless, kDictIn,          kDocumentOut,     RunGetDict},
+    {"GetSysTabName",             kSession,   kSysTabIn,        kNameOut,         RunGetSysTabName},
+    {"Translate",                 kStateless, kTranslateIn,     kTranslateOut,    RunTranslate},
+    {"Check",                     kStateless, kCheckIn,         kCheckOut,        RunCheck},
+    {"Complete",                  kStateless, kCompleteIn,      kCompleteOut,     RunComplete},
+    {"Signature",                 kStateless, kPlaceIn,         kSignatureOut,    RunSignature},
+    {"Explain",                   kStateless, kPlaceIn,         kExplainOut,      RunExplain},
+    {"Uses",                      kStateless, kUsesIn,          kUsesOut,         RunUses},
+    {"Write",                     kStateless, kWriteIn,         kWriteOut,        RunWrite},
+    {"Format",                    kStateless, kFormatIn,        kExpressionOut,   RunFormat},
+    {"Capabilities",              kStateless, kCapabilitiesIn,  kCapabilitiesOut, RunCapabilities},
+    {"Tables",                    kStateless, kTableNamesIn,    kTableNamesOut,   RunTables},
+    {"Fields",                    kStateless, kFieldNamesIn,    kFieldNamesOut,   RunFields},
 };
 // clang-format on
 

@@ -10,21 +10,22 @@
 
 namespace ORKBASE {
 
-enum class FieldType { kText, kInteger, kBoolean, kTexts, kRecords };
+enum class FieldType { kText, kInteger, kBoolean, kTexts, kIntegers, kRecord, kRecords };
 
 /// Name of a type, as `help` tells it.
 std::u16string_view NameOf(FieldType type) noexcept;
 
 struct Field;
 using Texts = std::vector<std::u16string>;
+using Integers = std::vector<std::int64_t>;
 using Record = std::vector<Field>;  ///< fields in the order in which they are written
 using Records = std::vector<Record>;
 /// The first form is what no call takes: null, a fraction, a list of several kinds and their like.
-using Value =
-    std::variant<std::monostate, bool, std::int64_t, std::u16string, Texts, Record, Records>;
+using Value = std::variant<std::monostate, bool, std::int64_t, std::u16string, Texts, Integers,
+                           Record, Records>;
 
 struct Field {
-  std::string_view name;  ///< a literal
+  std::string_view name;  ///< lives as long as the process
   Value value;
 };
 
@@ -32,9 +33,11 @@ void Add(Record& record, std::string_view name, Value value);
 
 struct Required {};
 struct Optional {};
+struct EmptyList {};
 /// What stands for a field that is not given: nothing may (`Required`), the handler asks whether it
-/// was given (`Optional`), or a default.
-using Otherwise = std::variant<Required, Optional, bool, std::int32_t, std::u16string_view>;
+/// was given (`Optional`), or a default; `EmptyList` is one for a list of integers.
+using Otherwise =
+    std::variant<Required, Optional, EmptyList, bool, std::int32_t, std::u16string_view>;
 
 struct FieldIn {
   std::string_view name;

@@ -39,12 +39,12 @@ void GiveTranslated(Call& call, Translated& texts) {
 }  // namespace
 
 void RunNew(Call& call) {
-  call.AllEngines()[call.Object()] = std::make_unique<MxExpression>();
+  call.AllEngines()[call.Object()] = std::make_unique<NamedEngine>();
 }
 
 void RunCopy(Call& call) {
-  const MxExpression& from = KnownEngine(call.AllEngines(), call.Text("from"));
-  call.AllEngines()[call.Object()] = std::make_unique<MxExpression>(from);
+  const MxExpression& from = KnownEngine(call.AllEngines(), call.Text("from")).rules;
+  call.AllEngines()[call.Object()] = std::make_unique<NamedEngine>(from);
 }
 
 void RunDrop(Call& call) {

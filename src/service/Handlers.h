@@ -1,5 +1,5 @@
-// The handlers of the calls over the facade, one for each operation of an engine and for what a
-// session does with its engines.
+// The handlers of the calls: one for each operation of an engine, for what a session does with its
+// engines, and for what an editor asks.
 #pragma once
 
 namespace ORKBASE {
@@ -28,5 +28,16 @@ void RunChangeExpWithNewDtDfNames(Call& call);
 void RunGetDict(Call& call);
 void RunGetSysTabName(Call& call);
 void RunTranslate(Call& call);
+
+void RunCheck(Call& call);
+void RunComplete(Call& call);
+void RunSignature(Call& call);
+void RunExplain(Call& call);
+void RunUses(Call& call);
+void RunWrite(Call& call);
+void RunFormat(Call& call);
+void RunCapabilities(Call& call);
+void RunTables(Call& call);
+void RunFields(Call& call);
 
 }  // namespace ORKBASE

@@ -65,7 +65,8 @@ std::u16string Widened(const std::string& text) {
 }
 
 /// Takes the parser's events, whose names are the parser's. Members of the outermost object become
-/// fields; of what lies deeper only texts in a list are kept.
+/// fields; of what lies deeper only a list of nothing but texts, or of nothing but integers, is
+/// kept.
 class RequestReader {
  public:
   explicit RequestReader(JsonRequest& request) : request_(request) {}
@@ -105,10 +106,11 @@ class RequestReader {
 
   bool start_array(std::size_t) {
     isList_ = depth_ == 1;
-    list_.clear();
+    texts_.clear();
+    integers_.clear();
     return Enter();
   }
-  bool end_array() { return Leave(isList_ ? Value(std::move(list_)) : Value()); }
+  bool end_array() { return Leave(TakeList()); }
 
   bool parse_error(std::size_t byte, const std::string&, const nlohmann::detail::exception&) {
     fault_ =
@@ -121,11 +123,19 @@ class RequestReader {
     if (depth_ == 1) {
       AddField(std::move(value), end);
     } else if (std::u16string* const text = std::get_if<std::u16string>(&value)) {
-      if (isList_) list_.push_back(std::move(*text));
+      if (isList_) texts_.push_back(std::move(*text));
+    } else if (const std::int64_t* const number = std::get_if<std::int64_t>(&value)) {
+      if (isList_) integers_.push_back(*number);
     } else {
       isList_ = false;
     }
     return true;
+  }
+
+  Value TakeList() {
+    if (!isList_ || (!texts_.empty() && !integers_.empty())) return {};
+    if (!integers_.empty()) return std::move(integers_);
+    return std::move(texts_);
   }
 
   bool Enter() {
@@ -154,8 +164,9 @@ class RequestReader {
   bool isObject_ = false;
   std::string name_;             // of the field that is being read
   const char* value_ = nullptr;  // where its colon and its value begin
-  Texts list_;
-  bool isList_ = false;  // nothing but texts so far
+  Texts texts_;
+  Integers integers_;
+  bool isList_ = false;  // nothing but texts and integers so far
 };
 
 /// A value without the colon and the white space around it.

@@ -104,6 +104,9 @@ void AppendValue(std::string& out, const Value& value) {
     void operator()(const Texts& texts) const {
       AppendList(out, texts, [this](const std::u16string& text) { AppendJson(out, text); });
     }
+    void operator()(const Integers& integers) const {
+      AppendList(out, integers, [this](std::int64_t number) { out += std::to_string(number); });
+    }
     void operator()(const Record& record) const { AppendRecord(out, record); }
     void operator()(const Records& records) const {
       AppendList(out, records, [this](const Record& record) { AppendRecord(out, record); });

@@ -63,15 +63,19 @@ Record AnswerOf(const CallRow& row, Call& call) {
   return {{"thrown", std::move(thrown)}};
 }
 
-void AddErrorPair(Record& answer, const MxExpression& engine) {
-  Add(answer, "errNumber", std::int64_t{engine.errNumber()});
-  Add(answer, "errDescription", engine.errDescription());
+void AddErrorPair(Record& answer, ErrorPair pair) {
+  Add(answer, "errNumber", std::int64_t{pair.number});
+  Add(answer, "errDescription", std::move(pair.description));
+}
+
+ErrorPair PairOf(const MxExpression& engine) {
+  return {engine.errNumber(), engine.errDescription()};
 }
 
 }  // namespace
 
 Session::Session() {
-  engines_[u"main"] = std::make_unique<MxExpression>();
+  engines_[u"main"] = std::make_unique<NamedEngine>();
 }
 
 Record Session::Run(Request& request) {
@@ -82,7 +86,8 @@ Record Session::Run(Request& request) {
   Call call(row, request, engines_, object, std::get_if<Texts>(&wanted));
   Record answer = AnswerOf(row, call);
   const auto after = engines_.find(object);
-  if (after != engines_.end()) AddErrorPair(answer, *after->second);
+  if (after == engines_.end()) return answer;
+  AddErrorPair(answer, call.OwnErrorPair().value_or(PairOf(after->second->rules)));
   return answer;
 }
 

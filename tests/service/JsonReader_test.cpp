@@ -16,8 +16,9 @@ using namespace std::string_literals;
 /// The value of the field `x`, read as the type that it has.
 std::string ValueOf(const std::string& json) {
   JsonRequest request = ReadJson(json);
-  for (const FieldType type : {FieldType::kText, FieldType::kInteger, FieldType::kBoolean,
-                               FieldType::kTexts, FieldType::kRecords}) {
+  for (const FieldType type :
+       {FieldType::kText, FieldType::kInteger, FieldType::kBoolean, FieldType::kTexts,
+        FieldType::kIntegers, FieldType::kRecord, FieldType::kRecords}) {
     try {
       const Value value = request.fields.Take({"x", type, Required()});
       std::string told = U8(NameOf(type)) + " ";
@@ -25,6 +26,10 @@ std::string ValueOf(const std::string& json) {
       if (const auto* number = std::get_if<std::int64_t>(&value))
         return told + std::to_string(*number);
       if (const auto* truth = std::get_if<bool>(&value)) return told + (*truth ? "true" : "false");
+      if (const auto* numbers = std::get_if<Integers>(&value)) {
+        for (const std::int64_t each : *numbers) told += std::to_string(each) + "|";
+        return told;
+      }
       for (const std::u16string& text : std::get<Texts>(value)) told += U8(text) + "|";
       return told;
     } catch (const BadRequest&) {
@@ -74,6 +79,17 @@ TEST(JsonReader, KeepsWhatACallCanTake) {
       {R"(["a","b"])",            "texts a|b|"},
       {R"([ ])",                  "texts "},
       {R"(["a",1])",              "other"},
+      {R"([1,"a"])",              "other"},
+      {"[0, -1,2147483647]",      "integers 0|-1|2147483647|"},
+      {"[-2147483648]",           "integers -2147483648|"},
+      {"[1,2147483648]",          "other"},
+      {"[-2147483649,1]",         "other"},
+      {"[9223372036854775808]",   "other"},
+      {"[1,2.0]",                 "other"},
+      {"[1,true]",                "other"},
+      {"[null,1]",                "other"},
+      {"[1,[2]]",                 "other"},
+      {"[[1],2]",                 "other"},
       {R"([null,"a"])",           "other"},
       {R"(["a",["b"]])",          "other"},
       {R"([["b"],"a"])",          "other"},
@@ -89,6 +105,14 @@ TEST(JsonReader, KeepsWhatACallCanTake) {
     EXPECT_EQ(ValueOf("{\"x\":"s + row.value + "}"), row.kept) << row.value;
     EXPECT_EQ(ValueOf("{\"w\" : [1,{\"x\":2}] , \"x\" : "s + row.value + " ,\"y\":[]}"), row.kept);
   }
+}
+
+TEST(JsonReader, KeepsAnEmptyListForWhoeverAsks) {
+  JsonRequest request = ReadJson(R"({"texts":[],"integers":[]})");
+  const Value texts = request.fields.Take({"texts", FieldType::kTexts, Required()});
+  EXPECT_EQ(std::get<Texts>(texts), Texts{});
+  const Value integers = request.fields.Take({"integers", FieldType::kIntegers, Required()});
+  EXPECT_EQ(std::get<Integers>(integers), Integers{});
 }
 
 TEST(JsonReader, KeepsZerosInTexts) {

@@ -64,16 +64,23 @@ TEST(JsonWriter, IsReadBackByAnother) {
 }
 
 TEST(JsonWriter, WritesEveryFormOfAValue) {
-  const Record record = {{"nothing", {}},     {"yes", true},
-                         {"no", false},       {"least", std::int64_t{-2147483648}},
-                         {"text", u"a\""},    {"texts", Texts{u"a", u""}},
-                         {"none", Texts{}},   {"record", Record{{"a", std::int64_t{1}}}},
-                         {"empty", Record{}}, {"records", Records{{}, {{"b", Records{}}}}}};
+  const Record record = {{"nothing", {}},
+                         {"yes", true},
+                         {"no", false},
+                         {"least", std::int64_t{-2147483648}},
+                         {"text", u"a\""},
+                         {"texts", Texts{u"a", u""}},
+                         {"none", Texts{}},
+                         {"record", Record{{"a", std::int64_t{1}}}},
+                         {"empty", Record{}},
+                         {"records", Records{{}, {{"b", Records{}}}}},
+                         {"numbers", Integers{0, -7}},
+                         {"noNumbers", Integers{}}};
   std::string out;
   AppendMembers(out, record);
   EXPECT_EQ(out, R"("nothing":null,"yes":true,"no":false,"least":-2147483648,"text":"a\"",)"
                  R"("texts":["a",""],"none":[],"record":{"a":1},"empty":{},)"
-                 R"("records":[{},{"b":[]}])");
+                 R"("records":[{},{"b":[]}],"numbers":[0,-7],"noNumbers":[])");
 }
 
 }  // namespace

@@ -45,6 +45,17 @@ TEST(BatchOperations, AnswerWithTheirFields) {
       {R"({"op":"GetDict","which":"operators"})", {"document"}},
       {R"({"op":"GetSysTabName","symbol":9,"text":"x"})", {"name"}},
       {R"({"op":"Translate","type":5,"expression":"1"})", {"result", "document", "translated", "a", "b"}},
+      {R"({"op":"Check","type":5,"expression":"1"})", {"problems"}},
+      {R"({"op":"Complete","type":5,"expression":"1","offset":0})", {"offset", "length", "items", "more", "unsure", "constants"}},
+      {R"({"op":"Signature","expression":"ROUND(","offset":6})", {"name", "text", "parameters", "active", "offset"}},
+      {R"({"op":"Signature","expression":"1","offset":0})", {}},
+      {R"({"op":"Explain","expression":"1","offset":0})", {"offset", "length", "kind", "name", "dataType", "text", "sql"}},
+      {R"({"op":"Uses","expression":"1"})", {"uses"}},
+      {R"({"op":"Write","document":"<tag/>"})", {"result", "expression"}},
+      {R"({"op":"Format","expression":"1"})", {"expression"}},
+      {R"({"op":"Capabilities"})", {"functions"}},
+      {R"({"op":"Tables"})", {"tables", "more"}},
+      {R"({"op":"Fields","table":"T"})", {"fields"}},
       // clang-format on
   };
   for (const Row& row : rows) {

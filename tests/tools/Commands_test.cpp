@@ -107,7 +107,8 @@ int RunExample(const std::string& help) {
 TEST(Help, ShowsAnExampleThatWorks) {
   EXPECT_EQ(RunTool({"--help"}).status, 0);
   for (const char* command :
-       {"sql", "verify", "vocabulary", "messages", "uses", "strip", "rename", "batch"}) {
+       {"sql", "verify", "check", "format", "write", "complete", "explain", "functions", "tables",
+        "fields", "vocabulary", "messages", "uses", "strip", "rename", "batch"}) {
     const ToolResult help = RunTool({command, "--help"});
     EXPECT_EQ(help.status, 0) << command;
     EXPECT_NE(help.out.find("Example:\n"), help.out.npos) << command;

@@ -21,7 +21,19 @@ TEST(ExitStatus, TellsWhatHappened) {
       {0, {"--help"}},
       {0, {"batch"}},
       {0, {"verify"}},
+      {0, {"check", "1"}},
+      {0, {"check", "--dialect", "all", "--split", "1 = 1"}},
+      {0, {"write"}},
+      {0, {"format", "--check", "1 + 2"}},
+      {0, {"complete", ""}},
+      {0, {"explain", "--offset", "3", "1 + 2"}},
+      {0, {"uses", "--list", "foo"}},
+      {0, {"tables", "--db", kSampleDb, "nowhere"}},
       {1, {"sql", "foo"}},
+      {1, {"check", "--fix", "foo"}},
+      {1, {"check", "--type", "date", "--fix", "1"}},
+      {1, {"write", "x"}},
+      {1, {"format", "--check", "1+2"}},
       {1, {"sql", "--type", "99", "1"}},
       {1, {"verify", "--type", "date", "1"}},
       {1, {"sql", "--db", kSampleDb, "Nowhere.x"}},
@@ -39,6 +51,17 @@ TEST(ExitStatus, TellsWhatHappened) {
       {2, {"sql", "--port", "x", "1"}},
       {2, {"sql", "\xFF"}},
       {2, {"uses", "T.a"}},
+      {2, {"uses", "--list", "--tables", "T", "T.a"}},
+      {2, {"check", "--fix", "--json", "1"}},
+      {2, {"check", "--color", "red", "1"}},
+      {2, {"check", "--dialect", "nonsense", "1"}},
+      {2, {"complete"}},
+      {2, {"complete", "--offset", "2", "1"}},
+      {2, {"explain", "--offset", "-1", "1"}},
+      {2, {"explain", "--offset", "x", "1"}},
+      {2, {"functions", "--dialect", "nonsense"}},
+      {2, {"fields"}},
+      {2, {"write", "--file", "x", "<x/>"}},
       {2, {"strip", "T.a"}},
       {2, {"vocabulary"}},
       {2, {"vocabulary", "nonsense"}},
@@ -51,6 +74,12 @@ TEST(ExitStatus, TellsWhatHappened) {
       {3, {"sql", "--db", "sqlite:/nowhere/shop.db", "T.a"}},
       {3, {"sql", "--cax", "1=/nowhere/cax.xml", "1"}},
       {3, {"sql", "--db", kSampleDb, "--tables", "Nowhere", "1"}},
+      {3, {"complete", "--db", kSampleDb, "--tables", "Nowhere", "1"}},
+      {3, {"check", "--db", kSampleDb, "--rt", "8", "1"}},
+      {3, {"explain", "--cax", "1=/nowhere/cax.xml", "1"}},
+      {3, {"write", "--file", "/nowhere/documents.txt"}},
+      {3, {"tables"}},
+      {3, {"fields", "--db", kSampleDb, "Nowhere"}},
       // clang-format on
   };
   for (const Row& row : rows) {
@@ -65,6 +94,8 @@ TEST(ExitStatus, TellsOfInputThatIsNoText) {
   EXPECT_EQ(RunTool({"sql", "--jsonl"}, "1\n").status, 3);
   EXPECT_EQ(RunTool({"sql", "--jsonl"}, "{\"expression\":1}\n").status, 3);
   EXPECT_EQ(RunTool({"sql", "--jsonl"}, "{\"expression\":\"1\",\"type\":\"x\"}\n").status, 3);
+  EXPECT_EQ(RunTool({"write"}, "<x>\xFF</x>").status, 3);
+  EXPECT_EQ(RunTool({"write", "--jsonl"}, "{\"expression\":\"1\"}\n").status, 3);
 }
 
 TEST(ExitStatus, TellsOfOutputThatFails) {

@@ -9,10 +9,10 @@
 
 namespace {
 
-/// Everything behind the first line, which is the message.
+/// The rule and its mark: what stands between the first line, which is the message, and the fixes.
 std::string MarkedPart(const std::string& err) {
   const std::size_t end = err.find('\n');
-  return end == err.npos ? "" : err.substr(end + 1);
+  return end == err.npos ? "" : err.substr(end + 1, err.find("  fix: ") - end - 1);
 }
 
 TEST(Report, PutsTheCaretUnderTheRefusedWord) {

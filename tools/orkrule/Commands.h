@@ -8,6 +8,14 @@ namespace ORKTOOL {
 
 void AddSqlCommand(CLI::App& tool, ExitStatus& status);
 void AddVerifyCommand(CLI::App& tool, ExitStatus& status);
+void AddCheckCommand(CLI::App& tool, ExitStatus& status);
+void AddFormatCommand(CLI::App& tool, ExitStatus& status);
+void AddWriteCommand(CLI::App& tool, ExitStatus& status);
+void AddCompleteCommand(CLI::App& tool, ExitStatus& status);
+void AddExplainCommand(CLI::App& tool, ExitStatus& status);
+void AddFunctionsCommand(CLI::App& tool, ExitStatus& status);
+void AddTablesCommand(CLI::App& tool, ExitStatus& status);
+void AddFieldsCommand(CLI::App& tool, ExitStatus& status);
 void AddVocabularyCommand(CLI::App& tool, ExitStatus& status);
 void AddMessagesCommand(CLI::App& tool, ExitStatus& status);
 void AddUsesCommand(CLI::App& tool, ExitStatus& status);

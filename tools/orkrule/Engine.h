@@ -4,6 +4,7 @@
 #include "Options.h"
 
 #include "MxExpression.h"
+#include "RuleAuthoring.h"
 
 #include <string>
 #include <vector>
@@ -36,6 +37,7 @@ class Engine {
                   ORKBASE::ORKDB_DSType_ENUM server = ORKBASE::kSqlServerDs);
 
   ORKBASE::MxExpression& Rules() noexcept { return rules_; }
+  ORKBASE::RuleAuthoring& Authoring() noexcept { return authoring_; }
 
  private:
   void Load(const EngineSetup& setup);
@@ -43,6 +45,7 @@ class Engine {
   void CheckLoaded(const std::string& what) const;
 
   ORKBASE::MxExpression rules_;
+  ORKBASE::RuleAuthoring authoring_{rules_};
 };
 
 }  // namespace ORKTOOL

@@ -26,6 +26,14 @@ int Run(int argc, char** argv) {
   tool.footer("Example:\n  orkrule sql --db examples/shop.db --type logic \"Orders.Amount > 1\"");
   AddSqlCommand(tool, status);
   AddVerifyCommand(tool, status);
+  AddCheckCommand(tool, status);
+  AddFormatCommand(tool, status);
+  AddWriteCommand(tool, status);
+  AddCompleteCommand(tool, status);
+  AddExplainCommand(tool, status);
+  AddFunctionsCommand(tool, status);
+  AddTablesCommand(tool, status);
+  AddFieldsCommand(tool, status);
   AddVocabularyCommand(tool, status);
   AddMessagesCommand(tool, status);
   AddUsesCommand(tool, status);

@@ -105,9 +105,26 @@ void AddRuleOptions(CLI::App& command, RuleOptions& options) {
   command.add_flag("--json", options.json, "Write one JSON object a rule");
 }
 
-void AddTypeOption(CLI::App& command, RuleOptions& options) {
+void AddDocumentOptions(CLI::App& command, RuleOptions& options) {
+  CLI::Option* const document = command.add_option("DOCUMENT", options.rule, "The document");
   command
-      .add_option("--type", options.type,
+      .add_option("--file", options.file,
+                  "Read documents from a file, behind each other; - is standard input, as is none")
+      ->excludes(document);
+  command
+      .add_flag("--jsonl", options.jsonLines,
+                "Lines are JSON: a text, or an object with \"document\"")
+      ->excludes(document);
+  command.add_flag("--json", options.json, "Write one JSON object a document");
+}
+
+void AddTypeOption(CLI::App& command, RuleOptions& options) {
+  AddTypeOption(command, options.type);
+}
+
+void AddTypeOption(CLI::App& command, std::string& type) {
+  command
+      .add_option("--type", type,
                   "Type of the rule: number, text, date, logic, any (value), picture, link, or its "
                   "number; auto is a value of any type or a condition")
       ->check(CLI::Validator(CheckType, ""))
@@ -118,6 +135,10 @@ void AddLanguageOption(CLI::App& command) {
   command.add_option_function<std::string>(
       "--language", [](const std::string& tag) { ORKBASE::SetThreadLanguage(Wide(tag)); },
       "Language of words and messages, such as zh-CN");
+}
+
+void AddWarningsOption(CLI::App& command, bool& noWarnings) {
+  command.add_flag("--no-warnings", noWarnings, "Do not warn about rules that verify");
 }
 
 void AddDialectOption(CLI::App& command, std::string& names, bool several) {

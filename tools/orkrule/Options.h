@@ -63,10 +63,15 @@ void AddEngineOptions(CLI::App& command, EngineOptions& options);
 void AddTablesOption(CLI::App& command, EngineOptions& options);
 /// Adds the rule itself, --file and --jsonl, and --json.
 void AddRuleOptions(CLI::App& command, RuleOptions& options);
+/// Adds a document, --file and --jsonl, and --json.
+void AddDocumentOptions(CLI::App& command, RuleOptions& options);
 /// Adds --type.
 void AddTypeOption(CLI::App& command, RuleOptions& options);
+void AddTypeOption(CLI::App& command, std::string& type);
 /// Adds --language, which takes effect as soon as it is read.
 void AddLanguageOption(CLI::App& command);
+/// Adds --no-warnings.
+void AddWarningsOption(CLI::App& command, bool& noWarnings);
 /// Adds --dialect: names in any case; with `several`, a comma list of them, or `all`.
 void AddDialectOption(CLI::App& command, std::string& names, bool several);
 

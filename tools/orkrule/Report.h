@@ -1,18 +1,23 @@
-// Refused rules, for people: the message, the rule, and a caret under the refused word.
+// Refused rules, for people: the message, the rule, a caret under the refused word, and what would
+// mend it; and warnings about rules that are not refused.
 //
-//   orkrule: The word "Amout" is unknown.
-//     1 + Amout
+//   orkrule: The word "Orders.Amout" is unknown.
+//     1 + Orders.Amout
 //         ^
+//     fix: Write Orders.Amount
 #pragma once
 
 #include "Output.h"
 #include "RuleInput.h"
 
 #include "MxErrorRecord.h"
+#include "RuleAuthoring.h"
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace ORKTOOL {
 
@@ -21,12 +26,18 @@ struct Refusal {
   std::int32_t number = 0;
   std::u16string text;
   std::optional<std::size_t> at = std::nullopt;  ///< unit at which the refused word begins
+  std::size_t length = 0;                        ///< of the refused word
   std::u16string hint = {};                      ///< why the table of the word is not known
+  std::vector<ORKBASE::RuleFix> fixes = {};
 };
 
 /// The refusal that an error record tells. Throws `Failure` where the database failed, not the
 /// rule.
 Refusal RefusalOf(const ORKBASE::MxErrorRecord& error);
+
+/// Adds what would mend a rule that was refused as one of a type.
+void AddAdvice(Refusal& refusal, ORKBASE::RuleAuthoring& authoring, ORKBASE::MXRULE_DATATYPE type,
+               const Rule& rule);
 
 /// The rule, indented, with a caret line below the line that holds unit `at`; the caret stands
 /// behind the rule where `at` is its length. No caret line without `at`.
@@ -34,6 +45,17 @@ std::string MarkedRule(const std::u16string& rule, std::optional<std::size_t> at
 
 /// Writes a refusal to standard error.
 void ReportRefusal(const Rule& rule, const Refusal& refusal);
+
+/// What warnings about a rule depend on.
+struct WarningsWanted {
+  ORKBASE::MXRULE_DATATYPE type;
+  std::span<const ORKBASE::ORKDB_DSType_ENUM> databases = {};
+  bool twoParts = false;
+};
+
+/// Writes the warnings about a rule that verifies to standard error.
+void ReportWarnings(const Rule& rule, ORKBASE::RuleAuthoring& authoring,
+                    const WarningsWanted& wanted);
 
 /// {"number", "text", "position", "hint"}, the last two where there are any: the position counts
 /// the characters before the refused word.

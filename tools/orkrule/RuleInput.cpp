@@ -16,10 +16,6 @@ std::u16string WideLine(const std::string& text, const std::string& place) {
   return *std::move(wide);
 }
 
-bool IsBlank(const std::string& line) {
-  return line.find_first_not_of(" \t\r") == line.npos;
-}
-
 /// The type that a JSON line names, by name or number.
 ORKBASE::MXRULE_DATATYPE JsonType(const Json& value, const std::string& place) {
   std::optional<ORKBASE::MXRULE_DATATYPE> type;

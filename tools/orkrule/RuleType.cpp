@@ -13,13 +13,16 @@ Verification VerifyRule(ORKBASE::MxExpression& rules, ORKBASE::MXRULE_DATATYPE t
     return made.type.has_value();
   };
   if (type != kEitherType) {
+    made.tried = type;
     if (!verifiesAs(type)) made.error = rules.errRecord();
     return made;
   }
   for (const ORKBASE::MXRULE_DATATYPE asked : {ORKBASE::kVarDataType, ORKBASE::kLogicDataType}) {
     if (verifiesAs(asked)) return made;
     // A rule that ends too early was read to its end, which lies behind every word.
-    if (rules.errRecord().offset > made.error.offset) made.error = rules.errRecord();
+    if (rules.errRecord().offset <= made.error.offset) continue;
+    made.error = rules.errRecord();
+    made.tried = asked;
   }
   return made;
 }

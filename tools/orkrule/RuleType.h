@@ -18,6 +18,7 @@ struct Verification {
   std::optional<ORKBASE::MXRULE_DATATYPE> type;  ///< what it was verified as, nothing if refused
   std::u16string document;
   ORKBASE::MxErrorRecord error;  ///< of two refusals the one that got further through the rule
+  ORKBASE::MXRULE_DATATYPE tried = ORKBASE::kNoDataType;  ///< the type of that refusal
 };
 
 Verification VerifyRule(ORKBASE::MxExpression& rules, ORKBASE::MXRULE_DATATYPE type,

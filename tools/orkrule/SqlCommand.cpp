@@ -17,10 +17,12 @@ struct SqlOptions {
   RuleOptions rules;
   std::string dialect = "default";
   bool split = false;
+  bool noWarnings = false;
 };
 
 /// What became of a rule: refused for all dialects, or translated for each.
 struct Outcome {
+  std::optional<ORKBASE::MXRULE_DATATYPE> type;
   std::optional<Refusal> refusal;
   std::vector<Translation> translations;
 };
@@ -30,7 +32,9 @@ class SqlRun {
   explicit SqlRun(const SqlOptions& options)
       : options_(options),
         dialects_(DialectsOf(options.dialect)),
-        engine_(EngineSetup(options.engine), dialects_.front().number) {}
+        engine_(EngineSetup(options.engine), dialects_.front().number) {
+    for (const ORKBASE::RuleDialect& dialect : dialects_) numbers_.push_back(dialect.number);
+  }
 
   ExitStatus All() {
     RuleInput input(options_.rules);
@@ -48,6 +52,7 @@ class SqlRun {
       PrintJson(JsonOf(rule, outcome));
     } else {
       Show(rule, outcome);
+      Warn(rule, outcome);
     }
     const auto isRefused = [](const Translation& made) { return made.refusal.has_value(); };
     return !outcome.refusal && std::ranges::none_of(outcome.translations, isRefused);
@@ -58,8 +63,12 @@ class SqlRun {
     const Verification verification = VerifyRule(engine_.Rules(), rule.type, rule.text);
     if (!verification.type) {
       outcome.refusal = RefusalOf(verification.error);
+      if (!options_.rules.json) {
+        AddAdvice(*outcome.refusal, engine_.Authoring(), verification.tried, rule);
+      }
       return outcome;
     }
+    outcome.type = verification.type;
     for (const ORKBASE::RuleDialect& dialect : dialects_) {
       outcome.translations.push_back(
           TranslateRule(engine_.Rules(), dialect, verification.document, options_.split));
@@ -82,6 +91,11 @@ class SqlRun {
       Print(made.refusal ? name + "refused: " + ToUtf8(made.refusal->text) + "\n"
                          : Sql(made, name));
     }
+  }
+
+  void Warn(const Rule& rule, const Outcome& outcome) {
+    if (options_.noWarnings || RefusalForAll(outcome) != nullptr) return;
+    ReportWarnings(rule, engine_.Authoring(), {*outcome.type, numbers_, options_.split});
   }
 
   /// Of the rule, or of the only dialect.
@@ -130,6 +144,7 @@ class SqlRun {
 
   const SqlOptions& options_;
   std::vector<ORKBASE::RuleDialect> dialects_;
+  std::vector<ORKBASE::ORKDB_DSType_ENUM> numbers_;  // of the dialects
   Engine engine_;
 };
 
@@ -143,6 +158,7 @@ void AddSqlCommand(CLI::App& tool, ExitStatus& status) {
   AddDialectOption(*command, options->dialect, true);
   command->add_flag("--split", options->split,
                     "Two texts: what a plain filter takes, and what a grouped query's does");
+  AddWarningsOption(*command, options->noWarnings);
   AddLanguageOption(*command);
   AddTablesOption(*command, options->engine);
   AddEngineOptions(*command, options->engine);

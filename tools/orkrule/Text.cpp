@@ -37,6 +37,10 @@ char32_t NextCodePoint(std::u16string_view text, std::size_t& at) {
   return point;
 }
 
+bool IsControl(char32_t character) {
+  return character < 0x20 || character == 0x7F;
+}
+
 std::size_t CharacterWidth(char32_t character) {
   const auto point = static_cast<UChar32>(character);
   const std::int8_t category = u_charType(point);
@@ -51,6 +55,10 @@ std::size_t DisplayWidth(std::u16string_view text) {
   std::size_t width = 0;
   for (std::size_t at = 0; at < text.size();) width += CharacterWidth(NextCodePoint(text, at));
   return width;
+}
+
+bool IsBlank(std::string_view line) {
+  return line.find_first_not_of(" \t\r") == line.npos;
 }
 
 std::string Padded(std::string text, std::size_t width) {

@@ -22,8 +22,14 @@ std::size_t DisplayWidth(std::u16string_view text);
 /// The code point at `at`, which moves behind it; U+FFFD for a lone surrogate.
 char32_t NextCodePoint(std::u16string_view text, std::size_t& at);
 
+/// Whether a character moves the cursor instead of showing something.
+bool IsControl(char32_t character);
+
 /// Columns of one character.
 std::size_t CharacterWidth(char32_t character);
+
+/// Whether a line has nothing but white space.
+bool IsBlank(std::string_view line);
 
 /// UTF-8 text with blanks behind it up to `width` columns.
 std::string Padded(std::string text, std::size_t width);

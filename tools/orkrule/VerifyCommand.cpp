@@ -14,6 +14,7 @@ struct VerifyOptions {
   EngineOptions engine;
   RuleOptions rules;
   bool document = false;
+  bool noWarnings = false;
 };
 
 void Show(const VerifyOptions& options, const Rule& rule, const std::u16string& document,
@@ -45,9 +46,12 @@ ExitStatus Run(const VerifyOptions& options) {
     std::optional<Refusal> refusal;
     if (!made.type) {
       refusal = RefusalOf(made.error);
+      if (!options.rules.json) AddAdvice(*refusal, engine.Authoring(), made.tried, *rule);
       status = kRefused;
     }
     Show(options, *rule, made.document, refusal);
+    const bool warns = made.type && !options.rules.json && !options.noWarnings;
+    if (warns) ReportWarnings(*rule, engine.Authoring(), {*made.type});
   }
   return status;
 }
@@ -60,6 +64,7 @@ void AddVerifyCommand(CLI::App& tool, ExitStatus& status) {
   AddRuleOptions(*command, options->rules);
   AddTypeOption(*command, options->rules);
   command->add_flag("--document", options->document, "Give the document of each valid rule");
+  AddWarningsOption(*command, options->noWarnings);
   AddLanguageOption(*command);
   AddTablesOption(*command, options->engine);
   AddEngineOptions(*command, options->engine);
