@@ -4,6 +4,7 @@
 #include "Output.h"
 
 #include <string_view>
+#include <utility>
 
 namespace ORKTOOL {
 namespace {

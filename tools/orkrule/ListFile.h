@@ -5,6 +5,7 @@
 //   date    ToDate(Customer.Code)
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 

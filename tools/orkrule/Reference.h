@@ -19,7 +19,6 @@
 #include "ListFile.h"
 #include "ReferenceRules.h"
 
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
