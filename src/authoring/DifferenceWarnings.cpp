@@ -178,7 +178,7 @@ void WarnOfMixing(WarningList& list, const PlacedNode& call) {
     const std::u16string names = list.With(row.known);
     if (!argument || names.empty() || !Mixes(list, *argument, row.beside)) continue;
     RuleProblem& problem =
-        list.AtAll(*argument, kMsgArgumentMixes, {names, list.WrittenAll(*argument)});
+        list.AtAll(*argument, kMsgArgumentMixes, {names, list.ShownAll(*argument)});
     if (!list.MayNest(1)) continue;
     list.AddFix(problem, list.call().Text(kMsgFixBracketArgument),
                 {list.Before(argument->outerFirst, u"("), list.Behind(argument->outerLast, u")")});

@@ -5,6 +5,8 @@
 #include "dialects/MxPLsqlTranslator.h"
 #include "foundation/Text.h"
 
+#include <utility>
+
 namespace ORKBASE {
 namespace {
 
@@ -90,8 +92,7 @@ void AddOrNull(const WarningList& list, const PlacedNode& comparison, const Plac
   const bool isAlone = comparison.parent < 0 || comparison.inBrackets;
   const std::u16string test = u" " + list.NameOf(u"or") + u" " +
                               std::u16string(list.Written(field)) + u" " + list.NameOf(u"null");
-  list.AddFix(problem,
-              list.call().Text(kMsgFixWrite, {std::u16string(list.WrittenAll(comparison)) + test}),
+  list.AddFix(problem, list.call().Text(kMsgFixWrite, {list.ShownAll(comparison) + test}),
               {list.Before(comparison.firstWord, isAlone ? u"" : u"("),
                list.Behind(comparison.lastWord, isAlone ? test : test + u")")});
 }
@@ -122,23 +123,24 @@ void AddYearBefore(const WarningList& list, const PlacedNode& call, const LastPe
                    const PlacedNode& number, RuleProblem& problem) {
   const PlacedNode& year = *list.places().Child(call, 0);
   const std::u16string same = list.NameOf(row.same);
-  std::u16string before(list.WrittenAll(year));
+  std::vector<RuleEdit> edits = {
+      list.InPlaceOf(call.word, call.word, same),
+      list.InPlaceOf(number.outerFirst, number.outerLast, std::u16string(row.last))};
+  std::u16string shown = list.ShownAll(year) + u" - 1";
   std::int32_t value = 0;
+  const bool isSum = year.first >= 0 && year.symbol != kFunctionSymbol && !year.inBrackets;
   if (ReadWholeInt(year.primary, value) && value > 0) {
-    before = Decimal(value - 1);
+    shown = Decimal(value - 1);
+    edits.push_back(list.InPlaceOf(year.outerFirst, year.outerLast, shown));
+  } else if (isSum) {
+    if (!list.MayNest(1)) return;
+    edits.push_back(list.Before(year.outerFirst, u"("));
+    edits.push_back(list.Behind(year.outerLast, u") - 1"));
   } else {
-    if (year.first >= 0 && year.symbol != kFunctionSymbol && !year.inBrackets) {
-      if (!list.MayNest(1)) return;
-      before = u"(" + before + u")";
-    }
-    before += u" - 1";
+    edits.push_back(list.Behind(year.outerLast, u" - 1"));
   }
-  list.AddFix(problem,
-              list.call().Text(kMsgFixWrite,
-                               {same + u"(" + before + u", " + std::u16string(row.last) + u")"}),
-              {list.InPlaceOf(call.word, call.word, same),
-               list.InPlaceOf(year.outerFirst, year.outerLast, before),
-               list.InPlaceOf(number.outerFirst, number.outerLast, std::u16string(row.last))});
+  const std::u16string text = same + u"(" + shown + u", " + std::u16string(row.last) + u")";
+  list.AddFix(problem, list.call().Text(kMsgFixWrite, {text}), std::move(edits));
 }
 
 void WarnOfYearBefore(WarningList& list, const PlacedNode& call) {

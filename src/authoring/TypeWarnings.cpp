@@ -81,7 +81,7 @@ bool ComparesOrPrints(const PlacedNode& node) {
 void WarnOfPicture(WarningList& list, const PlacedNode& node) {
   const PlacedNode* parent = list.places().Parent(node);
   if (!IsPicture(node) || !parent || !ComparesOrPrints(*parent)) return;
-  list.AtAll(node, kMsgPictureUnused, {list.WrittenAll(node)});
+  list.AtAll(node, kMsgPictureUnused, {list.ShownAll(node)});
 }
 
 bool HasCadDocument(const WarningList& list) {

@@ -5,6 +5,8 @@
 #include "parser/RuleInterpreter.h"
 #include "translator/IsNullForm.h"
 
+#include <unicode/utf16.h>
+
 #include <algorithm>
 #include <tuple>
 #include <utility>
@@ -97,10 +99,14 @@ std::u16string_view WarningList::Written(const PlacedNode& node) const {
   return reading_.words[static_cast<std::size_t>(node.word)].written;
 }
 
-std::u16string_view WarningList::WrittenAll(const PlacedNode& node) const {
+std::u16string WarningList::ShownAll(const PlacedNode& node) const {
+  constexpr std::size_t kMost = 80;
   const RuleEdit range = InPlaceOf(node.outerFirst, node.outerLast, {});
-  return reading_.text.substr(static_cast<std::size_t>(range.offset),
-                              static_cast<std::size_t>(range.length));
+  const std::u16string_view text = reading_.text.substr(static_cast<std::size_t>(range.offset),
+                                                        static_cast<std::size_t>(range.length));
+  if (text.size() <= kMost) return std::u16string(text);
+  const std::size_t end = U16_IS_LEAD(text[kMost - 1]) ? kMost - 1 : kMost;
+  return std::u16string(text.substr(0, end)).append(u"...");
 }
 
 std::u16string WarningList::NameOf(std::u16string_view primary) const {

@@ -53,7 +53,8 @@ class WarningList {
 
   /// As it stands in the rule.
   std::u16string_view Written(const PlacedNode& node) const;
-  std::u16string_view WrittenAll(const PlacedNode& node) const;
+  /// All that the node is over, for people: a long text is cut.
+  std::u16string ShownAll(const PlacedNode& node) const;
   /// How a word of the vocabulary is written in the language of the call.
   std::u16string NameOf(std::u16string_view primary) const;
 

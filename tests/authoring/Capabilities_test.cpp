@@ -172,6 +172,24 @@ TEST_F(Capabilities, HaveEachFactOnce) {
   }
 }
 
+TEST_F(Capabilities, HaveEachTraitOnceAndOnSomeDatabase) {
+  std::set<Trait> traits;
+  for (const TraitFact& fact : TraitFacts()) {
+    EXPECT_TRUE(traits.insert(fact.trait).second);
+    EXPECT_TRUE(std::any_of(fact.known.begin(), fact.known.end(),
+                            [](Known known) { return known != Known::kUnwritten; }));
+  }
+  EXPECT_EQ(traits.size(), static_cast<std::size_t>(Trait::kMonthStyle) + 1);
+}
+
+TEST_F(Capabilities, HaveAColumnForEachDatabase) {
+  ASSERT_EQ(RuleDialects().size(), kDatabaseCount);
+  const char* const names[] = {"SQL Server", "Oracle", "DM", "Kingbase", "openGauss"};
+  for (std::size_t i = 0; i < kDatabaseCount; ++i) {
+    EXPECT_EQ(U8(DatabaseName(RuleDialects()[i].number)), names[i]);
+  }
+}
+
 struct StateRow {
   const char16_t* function;
   const char16_t* dialect;

@@ -300,6 +300,32 @@ TEST_F(Warnings, TakeWordsOfALoadedCadDocument) {
   EXPECT_EQ(RuleWarnings::Warnings(kLogic, rule, "DOMKG").size(), 0u);
 }
 
+TEST_F(Warnings, TakeAnyText) {
+  const std::u16string parts[] = {std::u16string(1, u'\xD800'), std::u16string(1, u'\xDC00'),
+                                  std::u16string(2, u'\0'), std::u16string(u"\x0001\xFFFF<&>\"|"),
+                                  std::u16string(500'000, u'x')};
+  int taken = 0;
+  for (const std::u16string& part : parts) {
+    const std::u16string rule =
+        u"T.s <> '" + part + u"' or T.s = '' and length(ToText(T.s)) > -1 + 1";
+    if (!Verifies(kLogic, rule)) continue;
+    ++taken;
+    EXPECT_GE(RuleWarnings::Warnings(kLogic, rule, "DOMKG", true).size(), 2u);
+  }
+  EXPECT_EQ(taken, 5);
+}
+
+/// Each argument is part of the one around it.
+TEST_F(Warnings, ShowOnlyTheBeginningOfLongArguments) {
+  std::u16string rule = u"1";
+  for (int i = 0; i < 400; ++i) {
+    rule = u"timeInterval(dd, T.d, dateAdd(yy, 1 + " + rule + u", T.d))";
+  }
+  const std::vector<RuleProblem> found = RuleWarnings::Warnings(kNumber, rule, "O");
+  ASSERT_EQ(found.size(), 400u);
+  for (const RuleProblem& warning : found) EXPECT_LT(warning.text.size(), 300u);
+}
+
 TEST_F(Warnings, TakeLongRules) {
   std::u16string rule = u"T.a = 1";
   for (int i = 0; i < 12'000; ++i) {
