@@ -135,7 +135,9 @@ void Workbench::Rank(std::vector<Remedy>& remedies, bool onlyGood) {
 void Workbench::Tell(std::int32_t offset, std::int32_t length, std::int32_t number,
                      std::initializer_list<std::u16string_view> arguments,
                      const std::vector<Remedy>& remedies) {
-  TellText(offset, length, number, call.Text(number, arguments), remedies);
+  // A text costs more than all else where there are very many slips.
+  TellText(offset, length, number, IsFull() ? std::u16string() : call.Text(number, arguments),
+           remedies);
 }
 
 void Workbench::TellText(std::int32_t offset, std::int32_t length, std::int32_t number,
