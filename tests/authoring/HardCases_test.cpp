@@ -219,7 +219,7 @@ TEST(HardCases, TokenSoupIsAnswered) {
       SCOPED_TRACE(U8(rule));
       const auto type = static_cast<MXRULE_DATATYPE>(engine() % 9);
       const std::vector<RuleProblem> problems = rules.Check(type, rule);
-      ASSERT_EQ(problems.empty(), rules.Verifies(type, rule));
+      ASSERT_EQ(HasErrors(problems), !rules.Verifies(type, rule));
       ASSERT_NO_FATAL_FAILURE(ExpectSound(rule, problems)) << Told(rule, problems);
       ApplyFirstFixes(rule, problems);
     }
@@ -243,7 +243,6 @@ TEST(HardCases, LongTextsTakeTimeInProportion) {
     const std::vector<RuleProblem> problems = rules.Check(kLogicDataType, rule);
     const double seconds = time.Used();
     ASSERT_NO_FATAL_FAILURE(ExpectSound(rule, problems));
-    std::cout << U8(piece) << ' ' << seconds << " s, " << problems.size() << " problems\n";
     EXPECT_LT(seconds, 5);
   }
 }
