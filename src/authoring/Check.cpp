@@ -19,6 +19,7 @@
 #include "platform/ErrorTexts.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace ORKBASE {
@@ -89,7 +90,10 @@ class Checking {
     FindPhrases(bench_, lexicon_);
     bench_.Mend();
     FindRefusedWords(bench_, lexicon_);
-    bench_.Mend();
+    if (bench_.Mend()) {
+      FindPhrases(bench_, lexicon_);
+      bench_.Mend();
+    }
     FindLoneBrackets(bench_);
     FindTypeSlips(bench_, lexicon_);
   }
@@ -100,8 +104,12 @@ class Checking {
     if (outcome.kind == Outcome::kVerifies) return;
     const std::int32_t place = bench_.TypedOffset(outcome.reach);
     for (Slip& slip : bench_.slips) {
-      const bool isThere = place >= slip.offset && place < slip.offset + slip.length;
-      if (isThere && IsOfNotation(slip)) slip.fixes.clear();
+      if (!IsOfNotation(slip) || slip.fixes.empty()) continue;
+      const std::vector<RuleEdit>& edits = slip.fixes.back().edits;
+      const bool isThere = std::any_of(edits.begin(), edits.end(), [&](const RuleEdit& edit) {
+        return place >= edit.offset && place < edit.offset + edit.length;
+      });
+      if (isThere) slip.fixes.clear();
     }
   }
 
@@ -118,11 +126,22 @@ class Checking {
            slip.offset + slip.length <= first_.offset + first_.length;
   }
 
+  static constexpr std::int32_t kElsewhere = std::numeric_limits<std::int32_t>::max();
+  /// How little a slip has to do with the first error: signs within the refused word come first,
+  /// then what is told of the word itself, then what it is part of.
+  std::int32_t Remoteness(const Slip& slip) const {
+    if (!Meets(slip)) return kElsewhere;
+    if (IsWide(slip) && IsWithin(slip)) return 0;
+    const bool isSame = slip.offset == first_.offset && slip.length == first_.length;
+    return isSame ? 1 : 2 + slip.length;
+  }
+
   void MergeFirst() {
     auto& slips = bench_.slips;
-    const auto meets = [&](const Slip& slip) { return Meets(slip); };
-    auto found = std::find_if(slips.begin(), slips.end(), meets);
-    if (found == slips.end()) found = FindCause();
+    auto found = std::min_element(slips.begin(), slips.end(), [&](const Slip& a, const Slip& b) {
+      return Remoteness(a) < Remoteness(b);
+    });
+    if (found == slips.end() || Remoteness(*found) == kElsewhere) found = FindCause();
     if (found == slips.end()) return;
     first_.fixes = std::move(found->fixes);
     if (IsWide(*found)) {
@@ -274,8 +293,9 @@ std::u16string ApplyFirstFixes(std::u16string_view rule, std::span<const RulePro
     }
     if (!fits) continue;
     taken.insert(taken.end(), fresh.begin(), fresh.end());
-    std::stable_sort(taken.begin(), taken.end(),
-                     [](const RuleEdit& a, const RuleEdit& b) { return a.offset < b.offset; });
+    std::stable_sort(taken.begin(), taken.end(), [](const RuleEdit& a, const RuleEdit& b) {
+      return a.offset != b.offset ? a.offset < b.offset : a.length < b.length;
+    });
   }
   return WithEdits(rule, std::move(taken));
 }

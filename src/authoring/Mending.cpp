@@ -15,9 +15,13 @@ std::int32_t SizeOf(std::u16string_view text) noexcept {
   return static_cast<std::int32_t>(text.size());
 }
 
+/// What is put in goes before what is replaced in the same place.
+bool IsBefore(const RuleEdit& a, const RuleEdit& b) noexcept {
+  return a.offset != b.offset ? a.offset < b.offset : a.length == 0 && b.length > 0;
+}
+
 void SortByPlace(std::vector<RuleEdit>& edits) {
-  std::stable_sort(edits.begin(), edits.end(),
-                   [](const RuleEdit& a, const RuleEdit& b) { return a.offset < b.offset; });
+  std::stable_sort(edits.begin(), edits.end(), IsBefore);
 }
 
 /// Behind the last of the edits, in the text that has them and those of `before`.
@@ -135,7 +139,9 @@ void Workbench::Rank(std::vector<Remedy>& remedies, bool onlyGood) {
 void Workbench::Tell(std::int32_t offset, std::int32_t length, std::int32_t number,
                      std::initializer_list<std::u16string_view> arguments,
                      const std::vector<Remedy>& remedies) {
-  TellText(offset, length, number, call.Text(number, arguments), remedies);
+  // A text costs more than all else where there are very many slips.
+  TellText(offset, length, number, IsFull() ? std::u16string() : call.Text(number, arguments),
+           remedies);
 }
 
 void Workbench::TellText(std::int32_t offset, std::int32_t length, std::int32_t number,
@@ -172,21 +178,25 @@ bool Workbench::Mend() {
   if (chosen_.empty()) return false;
   SortByPlace(chosen_);
   std::vector<bool> covered(done_.size(), false);
-  std::vector<RuleEdit> all;
+  // With the place in the present text: texts that are put in at one place keep their order.
+  std::vector<std::pair<std::int32_t, RuleEdit>> all;
   std::int32_t taken = 0;
   for (const RuleEdit& edit : chosen_) {
     if (edit.offset < taken) continue;
     taken = edit.offset + edit.length;
-    all.push_back(Typed(edit, &covered));
+    all.emplace_back(edit.offset, Typed(edit, &covered));
   }
   for (std::size_t i = 0; i < done_.size(); ++i) {
-    if (!covered[i]) all.push_back(std::move(done_[i].edit));
+    if (!covered[i]) all.emplace_back(done_[i].now, std::move(done_[i].edit));
   }
-  SortByPlace(all);
+  std::stable_sort(all.begin(), all.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::stable_sort(all.begin(), all.end(),
+                   [](const auto& a, const auto& b) { return IsBefore(a.second, b.second); });
   done_.clear();
   std::int32_t moved = 0;
   taken = 0;
-  for (RuleEdit& edit : all) {
+  for (auto& [place, edit] : all) {
     if (edit.offset < taken) continue;
     taken = edit.offset + edit.length;
     const std::int32_t now = edit.offset + moved;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <utility>
 
 namespace ORKBASE {
 namespace {
@@ -12,15 +13,7 @@ namespace {
 constexpr std::size_t kLongest = 64;       // names beyond it are not compared
 constexpr std::size_t kOtherTable = 1000;  // behind all names that are near
 
-using Letters = std::uint64_t;
-
-Letters LettersOf(std::u16string_view text) noexcept {
-  Letters letters = 0;
-  for (const char16_t unit : text) letters |= Letters{1} << (unit % 64);
-  return letters;
-}
-
-std::size_t CountOf(Letters letters) noexcept {
+std::size_t CountOf(std::uint64_t letters) noexcept {
   return static_cast<std::size_t>(__builtin_popcountll(letters));
 }
 
@@ -43,22 +36,81 @@ struct Halves {
   std::u16string_view field;
 };
 
-/// 0 where they are not near; a distance of 0 counts as 1 there.
-std::size_t Nearness(std::u16string_view a, std::u16string_view b) {
-  const std::size_t limit = NearLimit(a, b);
-  if (limit == 0) return a == b ? 1 : 0;
+/// How near a name is: its distance, or `kFar`.
+constexpr std::size_t kFar = static_cast<std::size_t>(-1);
+
+std::size_t Nearness(std::u16string_view a, std::u16string_view b, std::size_t most) {
+  const std::size_t limit = std::min(NearLimit(a, b), most);
+  if (limit == 0) return a == b ? 0 : kFar;
   const std::size_t distance = DistanceOf(a, b, limit);
-  return distance > limit ? 0 : distance + 1;
+  return distance > limit ? kFar : distance;
 }
 
-std::size_t NearnessOfHalves(const Halves& name, const Halves& other) {
-  if (name.table.empty() || other.table.empty()) return 0;
-  const std::size_t fields = Nearness(name.field, other.field);
-  if (fields == 0) return 0;
-  const std::size_t tables = Nearness(name.table, other.table);
-  if (tables != 0) return tables + fields - 1;
-  return fields == 1 ? kOtherTable : 0;
-}
+/// Looks for the nearest names. A name is of interest only as long as it can be among the best.
+class Search {
+ public:
+  Search(std::u16string_view folded, std::size_t most)
+      : name_(folded), letters_(LettersOf(folded)), most_(most) {}
+
+  void Look(const IndexedWord& entry) {
+    const bool sameField = !name_.field.empty() && entry.folded.size() > name_.field.size() &&
+                           entry.folded.ends_with(name_.field);
+    if (!sameField && !MayBeNear(entry)) return;
+    const Halves other(entry.folded);
+    if (!CanBeMeant(*entry.word)) return;
+    const std::int32_t symbol = entry.word->symbol;
+    const bool isField = symbol == kDataFieldSymbol || symbol == kFormFieldSymbol;
+    const bool byHalves = isField && !name_.table.empty();
+    const std::size_t distance =
+        byHalves ? OfHalves(other) : Nearness(name_.whole, other.whole, Bound());
+    if (distance == kFar) return;
+    found_.push_back({&entry, distance});
+    ++counts_[std::min(distance, kLongest)];
+    NarrowBound();
+  }
+
+  std::vector<NearName> Take() { return std::move(found_); }
+
+ private:
+  std::size_t Bound() const noexcept { return bound_; }
+  void NarrowBound() noexcept {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < bound_; ++i) {
+      count += counts_[i];
+      if (count >= most_) bound_ = i;
+    }
+  }
+
+  /// Each letter that only one of them has costs a change.
+  bool MayBeNear(const IndexedWord& other) const noexcept {
+    const std::size_t longer = std::max(name_.whole.size(), other.folded.size());
+    const std::size_t shorter = std::min(name_.whole.size(), other.folded.size());
+    const std::size_t limit = std::min(std::max<std::size_t>(longer / 3, 1) + 1, bound_);
+    return longer - shorter <= limit && CountOf(letters_ & ~other.letters) <= limit;
+  }
+
+  std::size_t OfHalves(const Halves& other) {
+    if (other.table.empty()) return kFar;
+    // Words of one table stand side by side.
+    if (other.table != lastTable_) {
+      lastTable_ = other.table;
+      lastDistance_ = Nearness(name_.table, other.table, kLongest);
+    }
+    if (lastDistance_ == kFar) return other.field == name_.field ? kOtherTable : kFar;
+    if (lastDistance_ > bound_) return kFar;
+    const std::size_t fields = Nearness(name_.field, other.field, bound_ - lastDistance_);
+    return fields == kFar ? kFar : fields + lastDistance_;
+  }
+
+  Halves name_;
+  std::uint64_t letters_;
+  std::size_t most_;
+  std::size_t bound_ = kLongest;  ///< farther names cannot be among the best
+  std::array<std::size_t, kLongest + 1> counts_{};
+  std::u16string_view lastTable_;
+  std::size_t lastDistance_ = kFar;
+  std::vector<NearName> found_;
+};
 
 }  // namespace
 
@@ -71,6 +123,14 @@ std::size_t NearLimit(std::u16string_view a, std::u16string_view b) noexcept {
 }
 
 std::size_t DistanceOf(std::u16string_view a, std::u16string_view b, std::size_t limit) {
+  while (!a.empty() && !b.empty() && a.front() == b.front()) {
+    a.remove_prefix(1);
+    b.remove_prefix(1);
+  }
+  while (!a.empty() && !b.empty() && a.back() == b.back()) {
+    a.remove_suffix(1);
+    b.remove_suffix(1);
+  }
   const std::size_t more = std::max(a.size(), b.size());
   if (more > kLongest || more - std::min(a.size(), b.size()) > limit) return limit + 1;
   std::array<std::array<std::size_t, kLongest + 1>, 3> rows;
@@ -97,32 +157,11 @@ std::size_t DistanceOf(std::u16string_view a, std::u16string_view b, std::size_t
 
 std::vector<NearName> NearNamesOf(const WordIndex& index, std::u16string_view name,
                                   std::size_t most) {
-  std::vector<NearName> near;
-  if (name.size() > kLongest) return near;
+  if (name.size() > kLongest) return {};
   const std::u16string folded = Folded(name);
-  const Halves wanted(folded);
-  const Letters letters = LettersOf(folded);
-  for (const IndexedWord& entry : index.All()) {
-    const std::u16string_view other = entry.folded;
-    const std::size_t longer = std::max(folded.size(), other.size());
-    const std::size_t shorter = std::min(folded.size(), other.size());
-    const std::size_t limit = std::max<std::size_t>(longer / 3, 1);
-    const bool sameField = !wanted.field.empty() && other.size() > wanted.field.size() &&
-                           other.ends_with(wanted.field) &&
-                           other[other.size() - wanted.field.size() - 1] == u'.';
-    // Each letter that only one of them has costs a change; a change pays for one on each side.
-    if (!sameField) {
-      if (longer - shorter > limit + 1) continue;
-      if (CountOf(letters & ~LettersOf(other)) > limit + 1) continue;
-    }
-    if (!CanBeMeant(*entry.word)) continue;
-    const Halves has(other);
-    const bool isField =
-        entry.word->symbol == kDataFieldSymbol || entry.word->symbol == kFormFieldSymbol;
-    std::size_t nearness = isField ? NearnessOfHalves(wanted, has) : Nearness(folded, other);
-    if (nearness == 0 && isField && wanted.table.empty()) nearness = Nearness(folded, other);
-    if (nearness > 0) near.push_back({&entry, nearness - 1});
-  }
+  Search search(folded, most);
+  for (const IndexedWord& entry : index.All()) search.Look(entry);
+  std::vector<NearName> near = search.Take();
   const auto isBefore = [](const NearName& a, const NearName& b) {
     return a.distance != b.distance ? a.distance < b.distance : a.word->folded < b.word->folded;
   };

@@ -247,6 +247,7 @@ class Scan {
     }
     const auto from = static_cast<std::int32_t>(at_);
     const auto to = static_cast<std::int32_t>(end);
+    if (IsBlankText(name)) return false;
     if (quote != u'"' || isChain) {
       Tell(from, to, {Write(from, to, name)});
       return true;
@@ -271,8 +272,8 @@ class Scan {
     if (draft_.IsNumber(word_) || draft_.IsNumber(behind)) return false;
     std::u16string name;
     for (std::size_t i = word_; i <= behind; ++i) name += draft_.Written(i);
-    if (!draft_.IsRefused(word_) && !bench_.call.Dictionaries().FindByDesc(name)) return false;
-    if (draft_.Word(behind).symbol == kDelimiterSymbol) return false;
+    const bool areNames = draft_.IsRefused(word_) && draft_.IsRefused(behind);
+    if (!areNames && !bench_.call.Dictionaries().FindByDesc(name)) return false;
     const std::int32_t to = draft_.End(behind);
     Tell(At(), to, {Write(At(), to, name)});
     return true;

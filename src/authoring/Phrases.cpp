@@ -126,6 +126,10 @@ class Scan {
     if (begin == kNoWord || low == kNoWord || !Means(low + 1, u"and")) return false;
     const std::size_t high = ValueEnd(draft_, low + 2, true);
     if (high == kNoWord) return false;
+    // The value will stand twice: what is unknown in it is mended first.
+    for (std::size_t i = begin; i < word_; ++i) {
+      if (draft_.IsRefused(i)) return false;
+    }
     const std::u16string value(Piece(draft_.Offset(begin), draft_.End(word_ - 1)));
     const bool isWhole = begin == 0 && high + 1 == draft_.Size();
     std::vector<RuleEdit> edits;

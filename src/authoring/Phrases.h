@@ -7,7 +7,8 @@
 
 namespace ORKBASE {
 
-/// Tells of each such condition and mends it.
+/// Tells of each such condition and mends it. Leaves alone a `between` over words that are unknown;
+/// it is found once they are mended.
 void FindPhrases(Workbench& bench, const Lexicon& lexicon);
 
 }  // namespace ORKBASE

@@ -112,11 +112,11 @@ class Scan {
     }
   }
 
-  struct Run_ {
+  struct WideRun {
     RuleEdit edit;
     bool isBlank = false;
   };
-  std::vector<Run_> runs;
+  std::vector<WideRun> runs;
 
  private:
   void ScanWord() {

@@ -4,6 +4,7 @@
 #include "foundation/Text.h"
 
 #include <unordered_set>
+#include <utility>
 
 namespace ORKBASE {
 namespace {
@@ -26,6 +27,12 @@ std::u16string Folded(std::u16string_view text) {
   return folded;
 }
 
+std::uint64_t LettersOf(std::u16string_view folded) noexcept {
+  std::uint64_t letters = 0;
+  for (const char16_t unit : folded) letters |= std::uint64_t{1} << (unit % 64);
+  return letters;
+}
+
 WordIndex::WordIndex(const MxDictionarys& dictionaries) {
   std::unordered_set<std::u16string> taken;
   for (const auto& entry : dictionaries.dictionaries()) {
@@ -34,7 +41,9 @@ WordIndex::WordIndex(const MxDictionarys& dictionaries) {
       if (word->outDesc.empty()) continue;
       if (dictionary.FindByDesc(LookupKey(word->outDesc)) != word) continue;
       if (taken.insert(ToLower(word->outDesc)).second) {
-        words_.push_back({word, Folded(word->outDesc)});
+        std::u16string folded = Folded(word->outDesc);
+        const std::uint64_t letters = LettersOf(folded);
+        words_.push_back({word, std::move(folded), letters});
       }
     }
   }

@@ -1,6 +1,7 @@
 // The words that a set of dictionaries can recognise, in a form to search by how they look.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,8 +20,13 @@ std::u16string Folded(std::u16string_view text);
 
 struct IndexedWord {
   const MxWord* word;
-  std::u16string folded;  ///< its display form
+  std::u16string folded;      ///< its display form
+  std::uint64_t letters = 0;  ///< see `LettersOf`
 };
+
+/// A bit for each letter of a folded text, some letters sharing one: what tells two texts apart at
+/// a glance.
+std::uint64_t LettersOf(std::u16string_view folded) noexcept;
 
 /// Each display form that leads to a word, once, with the word that it leads to. Refers to the
 /// dictionaries that it was made of. Made in one pass, so that it pays where words are looked for

@@ -38,12 +38,12 @@ TEST(Check, MendsEachOfSeveralSlips) {
   EXPECT_EQ(U8(ApplyFirstFixes(rule, problems)), "Orders.Amount = 5 and average(Orders.Qty) > 1");
 }
 
-TEST(Check, TellsNothingOfARuleThatVerifies) {
+TEST(Check, TellsNoErrorOfARuleThatVerifies) {
   CheckedRules rules;
   for (const char16_t* rule : {u"Orders.Amount > 1", u"Orders.Amount > 2024-05-01 and T.a = 5--3",
                                u"Input.a\uFF0Cb[S] = '\u201Cx\u201D'",
                                u"T.s like '\uFF10' or T.s = '==' or T.s = 'a -- b'"}) {
-    EXPECT_EQ(Places(rules.Check(kLogicDataType, rule)), "") << U8(rule);
+    EXPECT_FALSE(HasErrors(rules.Check(kLogicDataType, rule))) << U8(rule);
   }
 }
 
@@ -204,4 +204,54 @@ TEST(Check, GivesFixesInTheirOrder) {
     one.fixes = {fix};
     EXPECT_EQ(U8(FirstFixApplied(row.rule, one)), row.result) << told;
   }
+}
+
+TEST(Check, MendsTheFirstFixesOfAllProblemsTogether) {
+  struct Row {
+    MXRULE_DATATYPE type;
+    const char16_t* rule;
+    const char* result;
+  };
+  // clang-format off
+  constexpr Row kRows[] = {
+      // a fix of all signs at once stands at several problems and is done once
+      {kNumDataType,   u"ROUND\uFF08T.a\uFF0C 2\uFF09 \uFF0B avg\uFF08T.b\uFF09", "ROUND(T.a, 2) + average(T.b)"},
+      {kLogicDataType, u"Foo.Count between 1 and 2 and T.a != null", "(Stock.Count >= 1 and Stock.Count <= 2) and T.a not_null"},
+      {kLogicDataType, u"((T.a > 1 and T.b == 2",                 "((T.a > 1 and T.b = 2))"},
+      {kLogicDataType, u"T.s = \"x\" && T.d > today() || T.a > $5;", "T.s = 'x' and T.d > sysVar.currentDate or T.a > 5"},
+      {kLogicDataType, u"concat(T.s, \"-\", T.s) == 'a' -- or so", "T.s & '-' & T.s = 'a'"},
+      {kLogicDataType, u"T.a = '5' and T.b = '6' and T.s = 7",     "T.a = 5 and T.b = 6 and T.s = ToText(7)"},
+      {kLogicDataType, u"qqqq > 1",                               "qqqq > 1"},
+  };
+  // clang-format on
+  CheckedRules rules;
+  for (const Row& row : kRows) {
+    const std::vector<RuleProblem> problems = rules.Check(row.type, row.rule);
+    EXPECT_EQ(U8(ApplyFirstFixes(row.rule, problems)), row.result) << Told(row.rule, problems);
+  }
+}
+
+TEST(Check, SpellsAWordAsItIsWhereCapitalsCount) {
+  CheckedRules rules;
+  rules.engine.SetRt(u"7");
+  rules.engine.set_thiscaseVarOn1RcId(false);
+  ASSERT_TRUE(rules.Verifies(kLogicDataType, u"thisReport.T.a > 1"));
+  const std::u16string rule = u"thisreport.T.a > 1";
+  const std::vector<RuleProblem> problems = rules.Check(kLogicDataType, rule);
+  ASSERT_EQ(problems.size(), 1U) << Told(rule, problems);
+  EXPECT_EQ(U8(FirstFixApplied(rule, problems.front())), "thisReport.T.a > 1");
+  ASSERT_FALSE(problems.front().fixes.empty());
+  EXPECT_EQ(U8(problems.front().fixes.front().label),
+            "Write the word as it is spelt: thisReport.T.a");
+}
+
+TEST(Check, AnswersInTheLanguageOfTheCall) {
+  CheckedRules rules;
+  rules.authoring.set_language(u"zh-CN");
+  const std::u16string rule = u"\u5BA2\u6237.\u91D1\u989D > 1 and avg(T.a) > 2";
+  const std::vector<RuleProblem> problems = rules.Check(kLogicDataType, rule);
+  ASSERT_EQ(problems.size(), 2U) << Told(rule, problems);
+  EXPECT_EQ(U8(problems[0].text), "\u201Cand\u201D\u662F\u672A\u77E5\u7684\u8BCD\u3002");
+  EXPECT_EQ(U8(ApplyFirstFixes(rule, problems)),
+            "\u5BA2\u6237.\u91D1\u989D > 1 \u4E14 \u5E73\u5747\u503C(T.a) > 2");
 }

@@ -1,6 +1,7 @@
 // An engine with the tables of the sample database loaded, and the problems of its rules as text.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,12 @@ class CheckedRules {
 inline std::u16string FirstFixApplied(const std::u16string& rule,
                                       const ORKBASE::RuleProblem& problem) {
   return ORKBASE::ApplyFirstFixes(rule, {&problem, 1});
+}
+
+inline bool HasErrors(const std::vector<ORKBASE::RuleProblem>& problems) {
+  return std::any_of(problems.begin(), problems.end(), [](const ORKBASE::RuleProblem& problem) {
+    return problem.severity == ORKBASE::kErrorSeverity;
+  });
 }
 
 /// `0+12 6260 The word "..." is unknown. [Write x -> y]`, one line a problem.
