@@ -1,3 +1,4 @@
+// The call around a place, found by its brackets; its form, by what a parse of it reaches.
 #include "authoring/Signature.h"
 
 #include "authoring/AuthoringCall.h"
@@ -58,9 +59,9 @@ std::optional<OpenBracket> CallAround(AuthoringCall& call, std::u16string_view t
   std::size_t begin = 0;
   call.Engine().lexer.RecogniseEach(Tokens(text.substr(0, place)), call.TextLanguage(),
                                     [&](std::u16string_view token, const Lexer::Recognised& found) {
+                                      const bool isWord = found.postfix.empty();
                                       if (!found.isBlank)
-                                        brackets.Take(token, begin,
-                                                      found.postfix.empty() ? found.word : nullptr);
+                                        brackets.Take(token, begin, isWord ? found.word : nullptr);
                                       begin += token.size();
                                     });
   const OpenBracket* const around = brackets.Call();
