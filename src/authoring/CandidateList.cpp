@@ -1,3 +1,4 @@
+// Gathering the words, their classes and the groups of fields.
 #include "authoring/CandidateList.h"
 
 #include "authoring/WordKinds.h"

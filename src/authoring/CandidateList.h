@@ -23,6 +23,7 @@ struct WordClass {
   std::int32_t symbol;
   std::int32_t dataType;
   std::int32_t postfixCheck;
+  // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer in it
   friend auto operator<=>(const WordClass&, const WordClass&) = default;
 };
 

@@ -1,3 +1,4 @@
+// Completion: the words that match what is typed, each kind of them judged once.
 #include "authoring/Completion.h"
 
 #include "authoring/AuthoringCall.h"

@@ -1,3 +1,4 @@
+// Items and reasons.
 #include "authoring/CompletionItems.h"
 
 #include "authoring/CursorWord.h"

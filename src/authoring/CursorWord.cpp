@@ -1,3 +1,4 @@
+// Tokens around a place.
 #include "authoring/CursorWord.h"
 
 #include "foundation/Text.h"

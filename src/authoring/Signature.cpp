@@ -1,3 +1,4 @@
+// The call around a place, found by its brackets; its form, by what a parse of it reaches.
 #include "authoring/Signature.h"
 
 #include "authoring/AuthoringCall.h"
@@ -56,13 +57,12 @@ std::optional<OpenBracket> CallAround(AuthoringCall& call, std::u16string_view t
                                       std::size_t place) {
   BracketStack brackets;
   std::size_t begin = 0;
-  call.Engine().lexer.RecogniseEach(Tokens(text.substr(0, place)), call.TextLanguage(),
-                                    [&](std::u16string_view token, const Lexer::Recognised& found) {
-                                      if (!found.isBlank)
-                                        brackets.Take(token, begin,
-                                                      found.postfix.empty() ? found.word : nullptr);
-                                      begin += token.size();
-                                    });
+  const auto take = [&](std::u16string_view token, const Lexer::Recognised& found) {
+    const bool isWhole = found.postfix.empty();
+    if (!found.isBlank) brackets.Take(token, begin, isWhole ? found.word : nullptr);
+    begin += token.size();
+  };
+  call.Engine().lexer.RecogniseEach(Tokens(text.substr(0, place)), call.TextLanguage(), take);
   const OpenBracket* const around = brackets.Call();
   return around ? std::optional(*around) : std::nullopt;
 }

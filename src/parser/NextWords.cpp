@@ -18,8 +18,8 @@ void NextWords::AddTerminal(const GrammarItem& terminal, const GrammarRule& row,
   isReached_ = true;
   if (isFull && terminal.opens) return;
   const auto is = [&](const Terminal& known) { return known.item == &terminal; };
-  if (std::none_of(terminals_.begin(), terminals_.end(), is))
-    terminals_.push_back({&terminal, &row});
+  if (std::any_of(terminals_.begin(), terminals_.end(), is)) return;
+  terminals_.push_back({&terminal, &row});
 }
 
 bool NextWords::Takes(std::int16_t literal, std::int32_t symbol,
