@@ -87,9 +87,9 @@ TEST_F(AuthoringAnswers, HaveTheirShapes) {
        "{tables:[text] more:bool}"},
       {R"({"op":"Fields","table":"Orders"})",
        "{fields:[{name:text dataType:text realName:text}]}"},
-  // clang-format on
-};
-for (const Row& row : rows) EXPECT_EQ(ShapeOf(Ask(Json::parse(row.request))), row.shape);
+      // clang-format on
+  };
+  for (const Row& row : rows) EXPECT_EQ(ShapeOf(Ask(Json::parse(row.request))), row.shape);
 }
 
 TEST_F(AuthoringAnswers, TellOfAFunctionWhatADatabaseMakesOfIt) {
@@ -120,7 +120,7 @@ TEST_F(AuthoringAnswers, NameTheSeverity) {
   };
   const Row rows[] = {
       {"T.a > 1 or T.b > 2 and T.a < 9", "warning"},
-      {"T.a not_in thisSet(T.b)", "information"},
+      {"T.d not_in thisSet(Orders.OrderDate)", "information"},
       {"T.a > ", "error"},
   };
   for (const Row& row : rows) {
