@@ -44,7 +44,7 @@ std::size_t Partner(const RuleTokens& tokens, std::size_t open) {
   return kNone;
 }
 
-RuleToken Plain(std::u16string text) {
+RuleToken Plain(const std::u16string& text) {
   return {text, text, kUnknownSymbol, 0};
 }
 
