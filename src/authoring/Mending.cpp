@@ -10,6 +10,8 @@ namespace ORKBASE {
 namespace {
 
 constexpr std::size_t kMostFixes = 5;
+/// A word that is unknown is looked for in every dictionary.
+constexpr std::int64_t kUnitsOfUnknown = 150;
 
 std::int32_t SizeOf(std::u16string_view text) noexcept {
   return static_cast<std::int32_t>(text.size());
@@ -92,6 +94,13 @@ Workbench::Workbench(AuthoringCall& asked, MXRULE_DATATYPE expected, std::u16str
     : call(asked), type(expected), rule(typed), draft_(std::make_unique<Draft>(asked, typed)) {
   // At least a few, also for a long rule.
   units_ = std::max(units_, 4 * static_cast<std::int64_t>(typed.size()));
+  CountRefused();
+}
+
+void Workbench::CountRefused() {
+  const auto& refusals = draft_->reading.refusals;
+  refused_ = std::count_if(refusals.begin(), refusals.end(),
+                           [](const MxErrorRecord& error) { return error.cause != kNoCause; });
 }
 
 Outcome Workbench::Judge(const Draft& draft) {
@@ -112,7 +121,7 @@ Outcome Workbench::Judge(const Draft& draft) {
 /// A text gets on where the word behind the edits, if it is one that is known, is not refused.
 Workbench::Grade Workbench::Try(const std::vector<RuleEdit>& edits) {
   --tries_;
-  units_ -= SizeOf(draft_->text);
+  units_ -= SizeOf(draft_->text) + kUnitsOfUnknown * refused_;
   std::vector<RuleEdit> all = chosen_;
   all.insert(all.end(), edits.begin(), edits.end());
   const Draft draft(call, WithEdits(draft_->text, std::move(all)));
@@ -125,6 +134,7 @@ Workbench::Grade Workbench::Try(const std::vector<RuleEdit>& edits) {
 }
 
 void Workbench::Rank(std::vector<Remedy>& remedies, bool onlyGood) {
+  if (remedies.size() < 2 && !onlyGood) return;
   std::vector<std::pair<Grade, Remedy>> graded;
   for (Remedy& remedy : remedies) {
     const Grade grade = MayTry() ? Try(remedy.edits) : kStays;
@@ -206,6 +216,7 @@ bool Workbench::Mend() {
   std::vector<RuleEdit> edits;
   for (const Done& done : done_) edits.push_back(done.edit);
   draft_ = std::make_unique<Draft>(call, WithEdits(rule, std::move(edits)));
+  CountRefused();
   chosen_.clear();
   return true;
 }

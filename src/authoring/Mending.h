@@ -124,13 +124,15 @@ class Workbench {
     std::int32_t TypedEnd() const noexcept { return edit.offset + edit.length; }
   };
 
+  void CountRefused();
   RuleEdit Typed(const RuleEdit& edit, std::vector<bool>* covered) const;
 
   std::vector<Done> done_;
   std::vector<RuleEdit> chosen_;  ///< of this stage, in the places of the present text
   std::unique_ptr<Draft> draft_;
   int tries_ = 40;
-  std::int64_t units_ = 100'000;
+  std::int64_t units_ = 60'000;
+  std::int64_t refused_ = 0;  ///< words of the present text
 };
 
 }  // namespace ORKBASE

@@ -156,8 +156,9 @@ class Scan {
   // --- signs
 
   bool TakeTorn() {
-    if (draft_.IsRefused(word_) || word_ + 1 >= draft_.Size() || draft_.Touches(word_))
+    if (draft_.IsRefused(word_) || word_ + 1 >= draft_.Size() || draft_.Touches(word_)) {
       return false;
+    }
     for (const auto& [first, second] : kTornSigns) {
       if (!draft_.IsSign(word_, first) || !draft_.IsSign(word_ + 1, second)) continue;
       const std::int32_t to = draft_.End(word_ + 1);
@@ -193,8 +194,9 @@ class Scan {
         continue;
       }
       std::vector<Remedy> remedies = {Write(from, to, InPlace(from, to, row, row.first))};
-      if (!row.second.empty())
+      if (!row.second.empty()) {
         remedies.push_back(Write(from, to, InPlace(from, to, row, row.second)));
+      }
       Tell(from, to, std::move(remedies));
       return true;
     }

@@ -154,8 +154,8 @@ class Round {
       const bool isMinus = draft_.IsSign(*sign, u"-");
       if (left->dataType == kDateDataType && right->dataType != kDateDataType) {
         std::u16string days = Piece(*right);
-        if (isMinus)
-          days = joined && right->last > right->first ? u"-(" + days + u')' : u'-' + days;
+        if (isMinus && right->last > right->first) days.insert(0, u"(").append(u")");
+        if (isMinus) days.insert(0, 1, u'-');
         AddMove(*left, *right, lexicon_.Display(u"dateAdd"), days, {});
       } else if (!isMinus && right->dataType == kDateDataType) {
         AddMove(*left, *right, lexicon_.Display(u"dateAdd"), Piece(*left), Piece(*right));
@@ -267,6 +267,7 @@ class Round {
     std::stable_sort(graded.begin(), graded.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<Remedy> remedies;
+    remedies.reserve(graded.size());
     for (const auto& [grade, candidate] : graded) remedies.push_back(candidate.remedy);
     const Candidate& best = graded.front().second;
     const std::int32_t from =

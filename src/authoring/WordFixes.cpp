@@ -12,8 +12,8 @@
 namespace ORKBASE {
 namespace {
 
-constexpr int kMostSearches = 12;  // over all words, in one check
-constexpr std::size_t kMostNear = 8;
+constexpr int kMostSearches = 8;  // over all words, in one check
+constexpr std::size_t kMostNear = 6;
 
 /// What is told of a word, and what it may be instead.
 struct Finding {

@@ -269,17 +269,29 @@ TEST(HardCases, AFixTakesLittleTimeOverManyFields) {
   RuleAuthoring authoring(engine);
   std::u16string valid = u"Table1.Field1Amount > 1";
   for (int i = 0; i < 24; ++i) valid += u" and Table2.Field2Amount > Orders.Amount";
-  const std::u16string refused = valid + u" and Table3.Feild3Amount == '5'";
-  std::u16string document;
-  authoring.Check(kLogicDataType, refused);
-  const int times = 100;
-  const CpuSeconds verifying;
-  for (int i = 0; i < times; ++i) engine.Verify(kLogicDataType, refused, document);
-  const double verify = verifying.Used();
-  const CpuSeconds checking;
-  for (int i = 0; i < times; ++i) authoring.Check(kLogicDataType, refused);
-  const double check = checking.Used();
-  const double each = (check - verify) / times * 1000;
-  std::cout << "Verify " << verify / times * 1000 << " ms, Check beyond it " << each << " ms\n";
-  EXPECT_LT(each, 40);
+  std::u16string unknown = u"Table1.Feild1Amount > 1";
+  for (int i = 0; i < 24; ++i) {
+    unknown += u" and Table2.Fiel" + U16(std::to_string(i)) + u"Amount > 1";
+  }
+  struct Row {
+    const char* name;
+    std::u16string rule;
+  };
+  const Row rows[] = {{"one slip", valid + u" and Table3.Feild3Amount > 5"},
+                      {"two slips", valid + u" and Table3.Feild3Amount == '5'"},
+                      {"25 unknown words", unknown}};
+  for (const Row& row : rows) {
+    std::u16string document;
+    authoring.Check(kLogicDataType, row.rule);
+    const int times = 40;
+    const CpuSeconds verifying;
+    for (int i = 0; i < times; ++i) engine.Verify(kLogicDataType, row.rule, document);
+    const double verify = verifying.Used() / times * 1000;
+    const CpuSeconds checking;
+    for (int i = 0; i < times; ++i) authoring.Check(kLogicDataType, row.rule);
+    const double each = checking.Used() / times * 1000 - verify;
+    std::cout << row.name << ": Verify " << verify << " ms, Check " << each << " ms more\n";
+    // Two milliseconds in a release; sanitizers and busy machines take a multiple.
+    EXPECT_LT(each, 60) << row.name;
+  }
 }

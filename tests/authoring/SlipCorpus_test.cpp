@@ -118,7 +118,8 @@ void RunAll(std::u16string_view language) {
     SCOPED_TRACE(kind.name);
     const Tally tally = corpus.Run(kind);
     std::cout << kind.name << ": " << tally.rules << " rules, " << tally.verified << " verify, "
-              << tally.same << " as before\n";
+              << tally.same << " as before\n"
+              << tally.failures;
     EXPECT_EQ(tally.rules, kRulesPerKind);
     EXPECT_GE(tally.verified, kShare * tally.rules) << tally.failures;
     if (kind.isClear) {

@@ -44,7 +44,7 @@ std::size_t Partner(const RuleTokens& tokens, std::size_t open) {
   return kNone;
 }
 
-RuleToken Plain(std::u16string text) {
+RuleToken Plain(const std::u16string& text) {
   return {text, text, kUnknownSymbol, 0};
 }
 
@@ -56,7 +56,6 @@ struct Swap {
 bool SwapOne(SpoiltRule& rule, const SlipWorld& world, std::span<const Swap> table) {
   const auto fits = [&](std::size_t i, const Swap& row) {
     if (!Is(rule.spoilt, i, row.primary)) return false;
-    // What is a call there must be one here.
     return rule.spoilt[i].symbol != kDatePartSymbol || row.primary.size() == 2;
   };
   const std::size_t at = Any(rule.spoilt, world, [&](std::size_t i) {
@@ -127,7 +126,6 @@ bool DoubleQuotes(SpoiltRule& rule, const SlipWorld& world) {
   return true;
 }
 bool NullTests(SpoiltRule& rule, const SlipWorld& world) {
-  const std::u16string null = world.Own(u"null");
   const bool chinese = world.language != u"en";
   const Swap table[] = {{u"null", u"is null"},
                         {u"not_null", u"is not null"},
@@ -170,15 +168,12 @@ bool QuotedNames(SpoiltRule& rule, const SlipWorld& world) {
   const std::size_t dot = text.find(u'.');
   const std::u16string table = text.substr(0, dot);
   const std::u16string field = text.substr(dot + 1);
-  switch (world.Pick(4)) {
+  switch (world.Pick(3)) {
     case 0:
       text = u'[' + table + u"].[" + field + u']';
       break;
     case 1:
       text = u'"' + table + u"\".\"" + field + u'"';
-      break;
-    case 2:
-      text = u'`' + table + u"`.`" + field + u'`';
       break;
     default:
       text = table + u" . " + field;
@@ -501,17 +496,4 @@ constexpr SlipKind kKinds[] = {
 
 std::span<const SlipKind> SlipKinds() {
   return kKinds;
-}
-
-std::u16string TextOf(const RuleTokens& tokens) {
-  std::u16string text;
-  for (std::size_t i = 0; i < tokens.size(); ++i) {
-    const bool isFirst = i == 0 || tokens[i - 1].primary == u"(";
-    const bool isBehind =
-        tokens[i].primary == u")" || tokens[i].primary == u"," ||
-        (tokens[i].primary == u"(" && i > 0 && tokens[i - 1].symbol == kFunctionSymbol);
-    if (!isFirst && !isBehind) text += u' ';
-    text += tokens[i].text;
-  }
-  return text;
 }

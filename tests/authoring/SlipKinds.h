@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "MxRuleEnums.h"
+
 /// A word of a rule as it is written, and what it is.
 struct RuleToken {
   std::u16string text;
@@ -48,4 +50,15 @@ struct SlipKind {
 std::span<const SlipKind> SlipKinds();
 
 /// The text of a rule: one blank between words, none at the inner sides of brackets.
-std::u16string TextOf(const RuleTokens& tokens);
+inline std::u16string TextOf(const RuleTokens& tokens) {
+  std::u16string text;
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const bool isFirst = i == 0 || tokens[i - 1].primary == u"(";
+    const bool isBehind =
+        tokens[i].primary == u")" || tokens[i].primary == u"," ||
+        (tokens[i].primary == u"(" && i > 0 && tokens[i - 1].symbol == ORKBASE::kFunctionSymbol);
+    if (!isFirst && !isBehind) text += u' ';
+    text += tokens[i].text;
+  }
+  return text;
+}
