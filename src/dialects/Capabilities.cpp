@@ -141,6 +141,7 @@ constexpr MixingArgument kMixingArguments[] = {
     {u"lstDayOfMonth", 1, u"",   Beside::kJoint,    {none, sql,   none, none,    none}},
 };
 
+/// The columns of the tables above.
 struct NameRow {
   ORKDB_DSType_ENUM database;
   std::u16string_view name;
@@ -156,10 +157,16 @@ constexpr NameRow kNames[] = {
 // clang-format on
 static_assert(std::size(kNames) == kDatabaseCount);
 
-std::size_t PlaceOf(ORKDB_DSType_ENUM database) {
-  const std::span<const DialectRow> all = Dialects();
-  const DialectRow* row = &DialectOf(database);
-  return static_cast<std::size_t>(row - all.data());
+/// The column of a database; of one without facts that behind the last.
+std::size_t ColumnOf(ORKDB_DSType_ENUM database) {
+  const ORKDB_DSType_ENUM number = DialectOf(database).dialect.number;
+  const auto is = [number](const NameRow& row) { return row.database == number; };
+  return static_cast<std::size_t>(std::find_if(std::begin(kNames), std::end(kNames), is) - kNames);
+}
+
+Known At(const std::array<Known, kDatabaseCount>& known, ORKDB_DSType_ENUM database) {
+  const std::size_t column = ColumnOf(database);
+  return column < known.size() ? known[column] : Known::kUnwritten;
 }
 
 }  // namespace
@@ -173,7 +180,7 @@ Known KnownOf(ORKDB_DSType_ENUM database, std::u16string_view sqlFunction) {
     sqlFunction.remove_prefix(owner + 1);
   }
   for (const FunctionFact& fact : kFunctionFacts) {
-    if (EqualsIgnoringCase(fact.function, sqlFunction)) return fact.known[PlaceOf(database)];
+    if (EqualsIgnoringCase(fact.function, sqlFunction)) return At(fact.known, database);
   }
   return Known::kUnwritten;
 }
@@ -193,7 +200,7 @@ std::span<const MixingArgument> MixingArguments() {
 }
 
 bool HoldsOn(ORKDB_DSType_ENUM database, const std::array<Known, kDatabaseCount>& known) {
-  return known[PlaceOf(database)] != Known::kUnwritten;
+  return At(known, database) != Known::kUnwritten;
 }
 
 const Refusal* RefusalOf(ORKDB_DSType_ENUM database, std::u16string_view function,
@@ -208,7 +215,8 @@ const Refusal* RefusalOf(ORKDB_DSType_ENUM database, std::u16string_view functio
 }
 
 std::u16string_view DatabaseName(ORKDB_DSType_ENUM database) {
-  return kNames[PlaceOf(database)].name;
+  const std::size_t column = ColumnOf(database);
+  return column < kDatabaseCount ? kNames[column].name : DialectOf(database).dialect.name;
 }
 
 }  // namespace ORKBASE

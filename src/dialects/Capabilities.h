@@ -24,7 +24,7 @@ enum class Known : std::uint8_t {
   kMissing,    ///< has it not by its manual: the word of the rule language, as it was written
 };
 
-/// Databases in the order of `Dialects()`.
+/// Databases of which there are facts; nothing is known of others.
 inline constexpr std::size_t kDatabaseCount = 5;
 
 struct FunctionFact {

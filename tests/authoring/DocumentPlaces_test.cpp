@@ -34,7 +34,8 @@ class Places : public testing::Test {
     const auto begin = static_cast<std::size_t>(first);
     const auto end = static_cast<std::size_t>(last);
     const auto from = static_cast<std::size_t>(reading_.OffsetOf(begin));
-    const auto to = static_cast<std::size_t>(reading_.OffsetOf(end) + reading_.LengthOf(end));
+    const auto to = static_cast<std::size_t>(reading_.OffsetOf(end)) +
+                    static_cast<std::size_t>(reading_.LengthOf(end));
     return U8(std::u16string_view(rule_).substr(from, to - from));
   }
 

@@ -40,7 +40,7 @@ TEST_F(TwoTextWarnings, TellWhereAPieceIsLeftAlone) {
   RuleGenerator generator(20240519, words);
   int alone = 0;
   int whole = 0;
-  for (int i = 0; i < 3000; ++i) {
+  for (int i = 0; i < 1000; ++i) {
     const GeneratedRule made = generator.Make(kLogicDataType, 6);
     const std::vector<RuleProblem> found = Warnings(made.type, made.text, "D", true);
     std::u16string one;
@@ -57,8 +57,8 @@ TEST_F(TwoTextWarnings, TellWhereAPieceIsLeftAlone) {
     EXPECT_EQ(isTold, !isKept) << U8(made.text) << "\nA " << U8(a) << "\nB " << U8(b);
     ++(isTold ? alone : whole);
   }
-  EXPECT_GT(alone, 50);
-  EXPECT_GT(whole, 500);
+  EXPECT_GT(alone, 15);
+  EXPECT_GT(whole, 200);
 }
 
 }  // namespace

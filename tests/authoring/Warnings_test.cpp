@@ -317,10 +317,10 @@ TEST_F(Warnings, TakeAnyText) {
 
 /// Each argument is part of the one around it.
 TEST_F(Warnings, ShowOnlyTheBeginningOfLongArguments) {
-  std::u16string rule = u"1";
-  for (int i = 0; i < 400; ++i) {
-    rule = u"timeInterval(dd, T.d, dateAdd(yy, 1 + " + rule + u", T.d))";
-  }
+  std::u16string rule;
+  for (int i = 0; i < 400; ++i) rule += u"timeInterval(dd, T.d, dateAdd(yy, 1 + ";
+  rule += u'1';
+  for (int i = 0; i < 400; ++i) rule += u", T.d))";
   const std::vector<RuleProblem> found = RuleWarnings::Warnings(kNumber, rule, "O");
   ASSERT_EQ(found.size(), 400u);
   for (const RuleProblem& warning : found) EXPECT_LT(warning.text.size(), 300u);
