@@ -87,7 +87,8 @@ class CheckRun {
   /// Prints the rule with its fixes; what they leave wrong goes to standard error.
   void Mend(const Rule& rule) {
     const Checked before = CheckEither(rule);
-    const Rule mended = {WithFirstFixes(rule.text, before.problems), rule.place, rule.type};
+    const Rule mended = {ORKBASE::ApplyFirstFixes(rule.text, before.problems), rule.place,
+                         rule.type};
     Print(ToUtf8(mended.text) + "\n");
     Problems left = CheckEither(mended).problems;
     std::erase_if(left, [](const ORKBASE::RuleProblem& problem) {

@@ -110,26 +110,6 @@ std::string FixesText(const std::vector<ORKBASE::RuleFix>& fixes) {
   return text;
 }
 
-std::u16string WithFirstFixes(const std::u16string& rule, const Problems& problems) {
-  std::vector<ORKBASE::RuleEdit> edits;
-  for (const ORKBASE::RuleProblem& problem : problems) {
-    if (problem.fixes.empty()) continue;
-    const std::vector<ORKBASE::RuleEdit>& first = problem.fixes.front().edits;
-    edits.insert(edits.end(), first.begin(), first.end());
-  }
-  std::stable_sort(edits.begin(), edits.end(),
-                   [](const auto& one, const auto& other) { return one.offset < other.offset; });
-  std::u16string mended;
-  std::size_t done = 0;
-  for (const ORKBASE::RuleEdit& edit : edits) {
-    const auto begin = static_cast<std::size_t>(edit.offset);
-    if (begin < done) continue;
-    mended.append(rule, done, begin - done).append(edit.text);
-    done = begin + static_cast<std::size_t>(edit.length);
-  }
-  return mended.append(rule, done);
-}
-
 bool HasErrors(const Problems& problems) {
   return std::any_of(problems.begin(), problems.end(), [](const ORKBASE::RuleProblem& problem) {
     return problem.severity == ORKBASE::kErrorSeverity;

@@ -29,9 +29,6 @@ std::string ProblemText(const std::string& begin, const Rule& rule,
 /// The fixes of a problem, one a line.
 std::string FixesText(const std::vector<ORKBASE::RuleFix>& fixes);
 
-/// The rule with the first fix of each problem, one that lies over an earlier one left out.
-std::u16string WithFirstFixes(const std::u16string& rule, const Problems& problems);
-
 bool HasErrors(const Problems& problems);
 /// Whether the database failed, and not the rule.
 bool HasOutage(const Problems& problems);
