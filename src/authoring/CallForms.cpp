@@ -20,20 +20,21 @@ struct ParameterKind {
 };
 
 // clang-format off
-/// Those that are no start rule.
+/// Those whose name is not that of the type of a start rule.
 constexpr ParameterKind kParameterKinds[] = {
     {u"<datePart>",      kNoDataType,  kMsgExpectDatePart},
     {u"<dateStyle>",     kNoDataType,  kMsgExpectDateStyle},
-    {u"<ToText_1param>", kVarDataType, 0},
+    {u"<ToText_1param>", kVarDataType, kMsgAnyInSignature},
+    {u"<expr_var>",      kVarDataType, kMsgAnyInSignature},
 };
 // clang-format on
 
 ParameterKind KindOf(std::u16string_view rule) {
-  for (const StartRule& start : kStartRules) {
-    if (start.name == rule) return {rule, start.dataType, 0};
-  }
   for (const ParameterKind& kind : kParameterKinds) {
     if (kind.rule == rule) return kind;
+  }
+  for (const StartRule& start : kStartRules) {
+    if (start.name == rule) return {rule, start.dataType, 0};
   }
   return {rule, kVarDataType, 0};
 }

@@ -119,25 +119,26 @@ Outcome Workbench::Judge(const Draft& draft) {
 }
 
 /// A text gets on where the word behind the edits, if it is one that is known, is not refused.
-Workbench::Grade Workbench::Try(const std::vector<RuleEdit>& edits) {
+Workbench::Trial Workbench::Try(const std::vector<RuleEdit>& edits) {
   --tries_;
   units_ -= SizeOf(draft_->text) + kUnitsOfUnknown * refused_;
   std::vector<RuleEdit> all = chosen_;
   all.insert(all.end(), edits.begin(), edits.end());
   const Draft draft(call, WithEdits(draft_->text, std::move(all)));
   const Outcome outcome = Judge(draft);
-  if (outcome.kind == Outcome::kVerifies) return kVerifies;
+  if (outcome.kind == Outcome::kVerifies) return {kVerifies, 0};
+  const std::size_t reached = draft.WordFrom(outcome.reach);
   const std::int32_t behind = PlaceBehind(edits, chosen_);
-  if (outcome.reach < behind) return kStays;
-  if (outcome.kind != Outcome::kRefusedWord) return kGetsOn;
-  return draft.WordFrom(behind) < draft.WordFrom(outcome.reach) ? kGetsOn : kStays;
+  const bool getsOn = outcome.reach >= behind &&
+                      (outcome.kind != Outcome::kRefusedWord || draft.WordFrom(behind) < reached);
+  return {getsOn ? kGetsOn : kStays, draft.Size() - reached};
 }
 
 void Workbench::Rank(std::vector<Remedy>& remedies, bool onlyGood) {
   if (remedies.size() < 2 && !onlyGood) return;
   std::vector<std::pair<Grade, Remedy>> graded;
   for (Remedy& remedy : remedies) {
-    const Grade grade = MayTry() ? Try(remedy.edits) : kStays;
+    const Grade grade = MayTry() ? Try(remedy.edits).grade : kStays;
     if (!onlyGood || grade != kStays) graded.emplace_back(grade, std::move(remedy));
   }
   std::stable_sort(graded.begin(), graded.end(),

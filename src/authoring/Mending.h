@@ -101,8 +101,12 @@ class Workbench {
   bool Mend();
 
   enum Grade : std::uint8_t { kVerifies, kGetsOn, kStays };
+  struct Trial {
+    Grade grade = kStays;
+    std::size_t wordsLeft = 0;  ///< from the refused word on
+  };
   /// What becomes of the present text with what this stage has mended and with further edits.
-  Grade Try(const std::vector<RuleEdit>& edits);
+  Trial Try(const std::vector<RuleEdit>& edits);
   /// Whether remedies are still tried; there is an end to it, by number and by length of texts.
   bool MayTry() const noexcept { return tries_ > 0 && units_ > 0; }
   /// Brings those forward that make the rule verify, then those that let it get past their place.

@@ -254,14 +254,20 @@ class Round {
 
   // --- choosing
 
+  /// A text that ends too early gets on with whatever has another type, and what stands in front of
+  /// a refused word may change without any good to it.
+  bool IsGood(const Workbench::Trial& trial) const {
+    if (trial.grade == Workbench::kVerifies) return true;
+    return !atEnd_ && trial.grade == Workbench::kGetsOn &&
+           trial.wordsLeft < draft_.Size() - refused_;
+  }
+
   bool TellBest() {
     std::vector<std::pair<Workbench::Grade, Candidate>> graded;
     for (Candidate& candidate : candidates_) {
       if (!bench_.MayTry()) break;
-      const Workbench::Grade grade = bench_.Try(candidate.remedy.edits);
-      // A text that ends too early gets on with whatever has another type.
-      const bool isGood = atEnd_ ? grade == Workbench::kVerifies : grade != Workbench::kStays;
-      if (isGood) graded.emplace_back(grade, std::move(candidate));
+      const Workbench::Trial trial = bench_.Try(candidate.remedy.edits);
+      if (IsGood(trial)) graded.emplace_back(trial.grade, std::move(candidate));
     }
     if (graded.empty()) return false;
     std::stable_sort(graded.begin(), graded.end(),

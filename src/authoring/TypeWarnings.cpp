@@ -100,7 +100,7 @@ void WarnOfEmptyMembers(WarningList& list) {
     const auto index = static_cast<std::size_t>(list.places().IndexOf(node));
     isBelow[index] = isBelow[static_cast<std::size_t>(node.parent)] ||
                      (node.Is(u"thisSet") && parent->Is(u"not_in"));
-    if (!isBelow[index] || !IsColumn(node) || HasIsNullForm(list, node)) continue;
+    if (!isBelow[index] || !IsColumn(node)) continue;
     list.AtWord(node, kMsgNotInOverColumn, {list.Written(node)}, kInformationSeverity);
   }
 }

@@ -125,7 +125,7 @@ class WordCheck {
     // What can be a text up to a blank with a rule behind it was meant so.
     bench_.Rank(earlier, true);
     if (!earlier.empty() && bench_.MayTry() &&
-        bench_.Try(earlier.front().edits) == bench_.kVerifies) {
+        bench_.Try(earlier.front().edits).grade == bench_.kVerifies) {
       finding.remedies.insert(finding.remedies.begin(), earlier.front());
     }
     return true;

@@ -213,6 +213,9 @@ enum MessageNumber : std::int32_t {
   kMsgAPicture               = 7425,
   kMsgAnAttachment           = 7426,
 
+  // Names of types in a signature that are shorter there, 7430 to 7439
+  kMsgAnyInSignature         = 7430,
+
   // What a word stands for, 7440 to 7449
   kMsgFieldOfTable           = 7440,  ///< two %s: the table, the field
   // clang-format on

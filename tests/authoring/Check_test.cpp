@@ -221,7 +221,9 @@ TEST(Check, MendsTheFirstFixesOfAllProblemsTogether) {
       {kLogicDataType, u"T.s = \"x\" && T.d > today() || T.a > $5;", "T.s = 'x' and T.d > sysVar.currentDate or T.a > 5"},
       {kLogicDataType, u"concat(T.s, \"-\", T.s) == 'a' -- or so", "T.s & '-' & T.s = 'a'"},
       {kLogicDataType, u"T.a = '5' and T.b = '6' and T.s = 7",     "T.a = 5 and T.b = 6 and T.s = ToText(7)"},
+      // nothing mends these
       {kLogicDataType, u"qqqq > 1",                               "qqqq > 1"},
+      {kLogicDataType, u"T.a >> 1",                               "T.a >> 1"},
   };
   // clang-format on
   CheckedRules rules;

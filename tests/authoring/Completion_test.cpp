@@ -331,7 +331,7 @@ constexpr ItemCase kItems[] = {
     {kNumDataType,   "|",                "ROUND",           "function",  "number",  "ROUND(number, number)",              "ROUND(${1:value}, ${2:places})"},
     {kNumDataType,   "|",                "ToNumber",        "function",  "number",  "ToNumber(text[, number][, number])", "ToNumber(${1:text})"},
     {kNumDataType,   "|",                "RAND",            "function",  "number",  "RAND()",                             "RAND()"},
-    {kLogicDataType, "T.a in |",         "thisSet",         "function",  "any",     "thisSet(any value{, any value})",    "thisSet(${1:value})"},
+    {kLogicDataType, "T.a in |",         "thisSet",         "function",  "any",     "thisSet(any{, any})",    "thisSet(${1:value})"},
     // Of several forms the one whose result the place takes.
     {kNumDataType,   "|",                "max",             "function",  "number",  "max(number)", "max(${1:value})"},
     {kDateDataType,  "|",                "max",             "function",  "date",    "max(date)",   "max(${1:value})"},

@@ -62,10 +62,11 @@ constexpr WarningRow kRows[] = {
     {kLogic,  "", "T.d between thisYear(2024)",                         ""},
     {kLogic,  "", "T.d in thisSet(max(T.d))",                           ""},
 
-    // empty fields under not_in: the is-null form covers numbers and texts
+    // empty fields under not_in
     {kLogic,  "", "T.d not_in thisSet(Stock.Counted)",                  "7204i Stock.Counted"},
     {kLogic,  "", "T.d in thisSet(Stock.Counted)",                      ""},
-    {kLogic,  "", "T.a not_in thisSet(Stock.Count)",                    ""},
+    {kLogic,  "", "T.a not_in thisSet(Stock.Count)",                    "7204i Stock.Count"},
+    {kLogic,  "", "T.a in thisSet(Stock.Count)",                        ""},
     {kLogic,  "", "T.d not_in thisSet('2024-01-15')",                   ""},
 
     // CAD documents, pictures, attachments
