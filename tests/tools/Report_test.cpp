@@ -1,4 +1,4 @@
-// Refused rules on standard error: message, rule, and the caret under the refused word.
+// Refused rules on standard error: message, rule, and the mark under the refused word.
 #include "ToolRun.h"
 
 #include <gtest/gtest.h>
@@ -15,30 +15,30 @@ std::string MarkedPart(const std::string& err) {
   return end == err.npos ? "" : err.substr(end + 1, err.find("  fix: ") - end - 1);
 }
 
-TEST(Report, PutsTheCaretUnderTheRefusedWord) {
+TEST(Report, MarksTheRefusedWord) {
   struct Row {
     const char* rule;
     const char* marked;
   };
   const Row rows[] = {
-      {"foo", "  foo\n  ^\n"},
-      {"1 + foo", "  1 + foo\n      ^\n"},
-      {"1  +  foo + 2", "  1  +  foo + 2\n        ^\n"},
+      {"foo", "  foo\n  ^~~\n"},
+      {"1 + foo", "  1 + foo\n      ^~~\n"},
+      {"1  +  foo + 2", "  1  +  foo + 2\n        ^~~\n"},
       // a Chinese character takes two columns
-      {"'中文' & foo", "  '中文' & foo\n           ^\n"},
-      {"'a，b' & 中 & 1", "  'a，b' & 中 & 1\n           ^\n"},
-      // a tab reaches as far in the line of the caret
-      {"'a\tb' & foo", "  'a\tb' & foo\n    \t     ^\n"},
+      {"'中文' & foo", "  '中文' & foo\n           ^~~\n"},
+      {"'a，b' & 中 & 1", "  'a，b' & 中 & 1\n           ^~\n"},
+      // a tab reaches as far in the line of the mark
+      {"'a\tb' & foo", "  'a\tb' & foo\n    \t     ^~~\n"},
       // an accent that combines takes none
-      {"'e\xCC\x81' & foo", "  'e\xCC\x81' & foo\n        ^\n"},
+      {"'e\xCC\x81' & foo", "  'e\xCC\x81' & foo\n        ^~~\n"},
       // one line of several
-      {"1 +\nfoo\n+ 2", "  1 +\n  foo\n  ^\n  + 2\n"},
+      {"1 +\nfoo\n+ 2", "  foo\n  ^~~\n"},
       // words that the grammar refuses
       {"1 2", "  1 2\n    ^\n"},
       {"(1 + ) * 2", "  (1 + ) * 2\n       ^\n"},
       // a rule that ends too early, the caret behind its end
       {"1 +", "  1 +\n     ^\n"},
-      {"中 +", "  中 +\n  ^\n"},
+      {"中 +", "  中 +\n  ^~\n"},
       {"", "  \n  ^\n"},
   };
   for (const Row& row : rows) {
@@ -57,7 +57,7 @@ TEST(Report, TellsTheMessageAndThePlace) {
   EXPECT_EQ(lines.status, 1);
   EXPECT_EQ(lines.out, "1 + 2\n3\n");
   EXPECT_EQ(lines.err,
-            "orkrule: standard input:4: The word \"foo\" is unknown.\n  1 + foo\n      ^\n");
+            "orkrule: standard input:4: The word \"foo\" is unknown.\n  1 + foo\n      ^~~\n");
 }
 
 // The rule itself loads the table of the refused field: the first time the engine has no word for
@@ -66,12 +66,13 @@ TEST(Report, NamesAFieldOfATableThatTheRuleLoads) {
   struct Row {
     const char* rule;
     const char* word;
-    const char* caret;
+    const char* mark;
   };
   const Row rows[] = {
-      {"Orders.Amount > Customer.Name", "Customer.Name", "                  ^\n"},
-      {"客户.金额 > 1 and T.a > 1 + 客户.名称", "客户.名称", "                              ^\n"},
-      {"客户.金额 > T.s", "T.s", "              ^\n"},
+      {"Orders.Amount > Customer.Name", "Customer.Name", "                  ^~~~~~~~~~~~~\n"},
+      {"客户.金额 > 1 and T.a > 1 + 客户.名称", "客户.名称",
+       "                              ^~~~~~~~~\n"},
+      {"客户.金额 > T.s", "T.s", "              ^~~\n"},
   };
   for (const Row& row : rows) {
     const std::string text = "The word \"" + std::string(row.word) + "\" has the wrong data type.";
@@ -79,7 +80,7 @@ TEST(Report, NamesAFieldOfATableThatTheRuleLoads) {
       const ToolResult result = RunTool({command, "--db", kSampleDb, "--type", "logic", row.rule});
       EXPECT_EQ(result.status, 1) << row.rule;
       EXPECT_EQ(result.err.substr(0, result.err.find(" Expected")), "orkrule: " + text);
-      EXPECT_EQ(MarkedPart(result.err), "  " + std::string(row.rule) + "\n" + row.caret);
+      EXPECT_EQ(MarkedPart(result.err), "  " + std::string(row.rule) + "\n" + row.mark);
     }
     const auto json =
         RunTool({"verify", "--db", kSampleDb, "--type", "logic", "--json", row.rule}).Json().at(0);
@@ -100,7 +101,7 @@ TEST(Report, SpeaksTheLanguageAskedFor) {
   const ToolResult chinese = RunTool({"verify", "--language", "zh-CN", "foo"});
   EXPECT_NE(chinese.err, english.err);
   EXPECT_NE(chinese.err.find("foo"), chinese.err.npos);
-  EXPECT_EQ(MarkedPart(chinese.err), "  foo\n  ^\n");
+  EXPECT_EQ(MarkedPart(chinese.err), "  foo\n  ^~~\n");
 }
 
 }  // namespace

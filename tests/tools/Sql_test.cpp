@@ -117,7 +117,7 @@ TEST(Sql, TellsThatAFieldNeedsADatabase) {
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.err,
             "orkrule: The word \"T.a\" is unknown. "
-            "Nothing can be loaded without a database connection.\n  T.a\n  ^\n");
+            "Nothing can be loaded without a database connection.\n  T.a\n  ^~~\n");
   const ToolResult nowhere = RunTool({"verify", "--db", kSampleDb, "--json", "Nowhere.a + 1"});
   EXPECT_EQ(nowhere.Json().at(0).at("error").at("hint"),
             "The data table \"Nowhere\" does not exist or has no fields.");
@@ -180,7 +180,7 @@ TEST(Sql, RefusesAVerifiedRuleOnceForAllDialects) {
   const ToolResult result = RunTool({"sql", "--dialect", "all", "1 + foo"});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "orkrule: The word \"foo\" is unknown.\n  1 + foo\n      ^\n");
+  EXPECT_EQ(result.err, "orkrule: The word \"foo\" is unknown.\n  1 + foo\n      ^~~\n");
 }
 
 TEST(Sql, ReadsRulesFromFilesAndStandardInput) {

@@ -24,7 +24,7 @@ TEST(Strip, CutsTablesOut) {
   EXPECT_EQ(result.out, "T.a > 2\n\nT.a > 2\n");
   const ToolResult refused = RunTool({"strip", "--db", kSampleDb, "--tables", "T", "1 + foo"});
   EXPECT_EQ(refused.status, 1);
-  EXPECT_EQ(refused.err, "orkrule: The word \"foo\" is unknown.\n  1 + foo\n      ^\n");
+  EXPECT_EQ(refused.err, "orkrule: The word \"foo\" is unknown.\n  1 + foo\n      ^~~\n");
 }
 
 TEST(Rename, CarriesNamesIntoRules) {
@@ -80,7 +80,7 @@ TEST(Rename, ChecksTheRenamedRules) {
   const ToolResult lost = RunTool(
       {"rename", "--db", kSampleDb, "--check", "--tables", "Orders:Sales", "orders.Amount + 1"});
   EXPECT_EQ(lost.status, 1);
-  EXPECT_NE(lost.err.find("  orders.Amount + 1\n  ^\n"), lost.err.npos) << lost.err;
+  EXPECT_NE(lost.err.find("  orders.Amount + 1\n  ^~~~~~~~~~~~~\n"), lost.err.npos) << lost.err;
 }
 
 TEST(Rename, RefusesListsWithBadItems) {

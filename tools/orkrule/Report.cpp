@@ -10,43 +10,12 @@ namespace ORKTOOL {
 namespace {
 
 constexpr std::int32_t kOwnError = -1;  // any other number is the database's
-constexpr const char* kIndent = "  ";
 constexpr const char* kAuto = "auto";
-
-/// A line as it is shown: control characters, which would move the cursor, are blanks.
-std::u16string Shown(std::u16string_view line) {
-  std::u16string shown(line);
-  for (char16_t& unit : shown) {
-    if (IsControl(unit) && unit != u'\t') unit = u' ';
-  }
-  return shown;
-}
-
-/// White space as wide as a text. Tabs stay, so that they stop where those of the text do.
-std::string WhiteSpaceFor(std::u16string_view text) {
-  std::string space;
-  for (std::size_t at = 0; at < text.size();) {
-    const char32_t character = NextCodePoint(text, at);
-    if (character == U'\t') {
-      space += '\t';
-    } else {
-      space.append(CharacterWidth(character), ' ');
-    }
-  }
-  return space;
-}
 
 std::size_t CharactersBefore(std::u16string_view text) {
   std::size_t count = 0;
   for (std::size_t at = 0; at < text.size(); ++count) NextCodePoint(text, at);
   return count;
-}
-
-/// On a terminal what fits, in colours; elsewhere the whole rule.
-std::string Placed(const Rule& rule, const Refusal& refusal) {
-  const Style style = StyleOf(STDERR_FILENO, kAuto);
-  if (!refusal.at || style.columns == 0) return MarkedRule(rule.text, refusal.at);
-  return Excerpt(rule.text, {*refusal.at, refusal.length}, style, Colour::kError);
 }
 
 }  // namespace
@@ -77,28 +46,17 @@ void AddAdvice(Refusal& refusal, ORKBASE::RuleAuthoring& authoring, ORKBASE::MXR
   refusal.hint += hint;
 }
 
-std::string MarkedRule(const std::u16string& rule, std::optional<std::size_t> at) {
-  std::string marked;
-  std::size_t begin = 0;
-  while (begin <= rule.size()) {
-    const std::size_t end = std::min(rule.find(u'\n', begin), rule.size());
-    const std::u16string line = Shown(std::u16string_view(rule).substr(begin, end - begin));
-    marked.append(kIndent).append(ToUtf8(line)).append("\n");
-    if (at && *at >= begin && *at <= end) {
-      const std::u16string_view before = std::u16string_view(line).substr(0, *at - begin);
-      marked.append(kIndent).append(WhiteSpaceFor(before)).append("^\n");
-    }
-    begin = end + 1;
-  }
-  return marked;
-}
-
 void ReportRefusal(const Rule& rule, const Refusal& refusal) {
   std::string message = "orkrule: ";
   if (!rule.place.empty()) message += rule.place + ": ";
   message += ToUtf8(refusal.text);
   if (!refusal.hint.empty()) message += " " + ToUtf8(refusal.hint);
-  PrintError(message + "\n" + Placed(rule, refusal) + FixesText(refusal.fixes));
+  message += '\n';
+  if (refusal.at) {
+    message += Excerpt(rule.text, {*refusal.at, refusal.length}, StyleOf(STDERR_FILENO, kAuto),
+                       Colour::kError);
+  }
+  PrintError(message + FixesText(refusal.fixes));
 }
 
 void ReportWarnings(const Rule& rule, ORKBASE::RuleAuthoring& authoring,

@@ -1,9 +1,9 @@
-// Refused rules, for people: the message, the rule, a caret under the refused word, and what would
+// Refused rules, for people: the message, the rule, a mark under the refused word, and what would
 // mend it; and warnings about rules that are not refused.
 //
 //   orkrule: The word "Orders.Amout" is unknown.
 //     1 + Orders.Amout
-//         ^
+//         ^~~~~~~~~~~~
 //     fix: Write Orders.Amount
 #pragma once
 
@@ -38,10 +38,6 @@ Refusal RefusalOf(const ORKBASE::MxErrorRecord& error);
 /// Adds what would mend a rule that was refused as one of a type.
 void AddAdvice(Refusal& refusal, ORKBASE::RuleAuthoring& authoring, ORKBASE::MXRULE_DATATYPE type,
                const Rule& rule);
-
-/// The rule, indented, with a caret line below the line that holds unit `at`; the caret stands
-/// behind the rule where `at` is its length. No caret line without `at`.
-std::string MarkedRule(const std::u16string& rule, std::optional<std::size_t> at);
 
 /// Writes a refusal to standard error.
 void ReportRefusal(const Rule& rule, const Refusal& refusal);
