@@ -1,4 +1,5 @@
 // Rules in regular form: spacing, display forms, line breaks.
+#include "ScopedLanguage.h"
 #include "TwoLanguages.h"
 
 #include "SecondsOf.h"
@@ -117,7 +118,9 @@ TEST_F(Formatter, TakesTheWordsOfTheLanguage) {
 }
 
 TEST_F(Formatter, KeepsAWordThatItsDisplayFormWouldMakeAnother) {
-  // Where the word of the record is taken off, it is so in its own spelling only.
+  // Where the word of the record is taken off, it is so in its own spelling only: that of the
+  // language of the moment.
+  const ScopedLanguage language(u"en");
   english_.Engine().set_thiscaseVarOn1RcId(false);
   EXPECT_EQ(Format(u"THISREPORT.header.total"), "THISREPORT.header.total");
   EXPECT_EQ(Format(u"thisReport.SYSVAR.repstate"), "sysVar.RepState");
