@@ -27,8 +27,8 @@ TEST(Report, MarksTheRefusedWord) {
       // a Chinese character takes two columns
       {"'中文' & foo", "  '中文' & foo\n           ^~~\n"},
       {"'a，b' & 中 & 1", "  'a，b' & 中 & 1\n           ^~\n"},
-      // a tab reaches as far in the line of the mark
-      {"'a\tb' & foo", "  'a\tb' & foo\n    \t     ^~~\n"},
+      // a tab is shown as a blank
+      {"'a\tb' & foo", "  'a b' & foo\n          ^~~\n"},
       // an accent that combines takes none
       {"'e\xCC\x81' & foo", "  'e\xCC\x81' & foo\n        ^~~\n"},
       // one line of several

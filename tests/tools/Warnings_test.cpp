@@ -21,7 +21,7 @@ TEST(Refusals, HaveTheirFixesBelow) {
   const std::string shown =
       "orkrule: The word \"Orders.Amout\" is unknown.\n"
       "  Orders.Amout > 1\n"
-      "  ^\n"
+      "  ^~~~~~~~~~~~\n"
       "  fix: Write Orders.Amount\n";
   for (const char* command : {"sql", "verify"}) {
     const ToolResult result = Shop({command, "Orders.Amout > 1"});

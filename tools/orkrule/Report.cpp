@@ -12,6 +12,17 @@ namespace {
 constexpr std::int32_t kOwnError = -1;  // any other number is the database's
 constexpr const char* kAuto = "auto";
 
+/// The lines of a rule of which no word is to blame. Control characters, which would move the
+/// cursor, are blanks.
+std::string Indented(std::u16string_view rule) {
+  std::u16string text = u"  ";
+  for (const char16_t unit : rule) {
+    text += IsControl(unit) && unit != u'\n' ? u' ' : unit;
+    if (unit == u'\n') text += u"  ";
+  }
+  return ToUtf8(text) + '\n';
+}
+
 std::size_t CharactersBefore(std::u16string_view text) {
   std::size_t count = 0;
   for (std::size_t at = 0; at < text.size(); ++count) NextCodePoint(text, at);
@@ -51,12 +62,11 @@ void ReportRefusal(const Rule& rule, const Refusal& refusal) {
   if (!rule.place.empty()) message += rule.place + ": ";
   message += ToUtf8(refusal.text);
   if (!refusal.hint.empty()) message += " " + ToUtf8(refusal.hint);
-  message += '\n';
-  if (refusal.at) {
-    message += Excerpt(rule.text, {*refusal.at, refusal.length}, StyleOf(STDERR_FILENO, kAuto),
-                       Colour::kError);
-  }
-  PrintError(message + FixesText(refusal.fixes));
+  const Style style = StyleOf(STDERR_FILENO, kAuto);
+  const std::string shown =
+      refusal.at ? Excerpt(rule.text, {*refusal.at, refusal.length}, style, Colour::kError)
+                 : Indented(rule.text);
+  PrintError(message + "\n" + shown + FixesText(refusal.fixes));
 }
 
 void ReportWarnings(const Rule& rule, ORKBASE::RuleAuthoring& authoring,
