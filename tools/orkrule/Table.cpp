@@ -17,8 +17,9 @@ std::vector<std::size_t> WidthsOf(const std::vector<TableRow>& rows) {
   std::vector<std::size_t> widths;
   for (const TableRow& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i < row.size(); ++i)
+    for (std::size_t i = 0; i < row.size(); ++i) {
       widths[i] = std::max(widths[i], ColumnsOfWord(row[i]));
+    }
   }
   return widths;
 }
