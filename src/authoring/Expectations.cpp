@@ -2,9 +2,11 @@
 
 #include "expression/ExpressionState.h"
 #include "foundation/MessageNumbers.h"
+#include "parser/NextWords.h"
 #include "platform/DisplayNames.h"
 
 #include <algorithm>
+#include <span>
 
 namespace ORKBASE {
 namespace {
@@ -45,54 +47,20 @@ constexpr Probe kProbes[] = {
 };
 // clang-format on
 
-class Prober {
- public:
-  Prober(Workbench& bench, const Draft& draft, std::size_t word)
-      : bench_(bench),
-        at_(word),
-        words_(draft.reading.words.begin(),
-               draft.reading.words.begin() + static_cast<std::ptrdiff_t>(word)) {}
-
-  bool IsTaken(const Probe& probe) {
-    WordView word;
-    word.primary = word.outDesc = word.content = word.written = probe.primary;
-    word.symbol = probe.symbol;
-    word.dataType = probe.dataType;
-    return IsTaken(word);
-  }
-  bool IsTaken(const WordView& word) {
-    words_.push_back(word);
-    std::int32_t refused = -1;
-    const bool parses = Parse(refused);
-    words_.pop_back();
-    return parses || refused == static_cast<std::int32_t>(at_ + 1);
-  }
-  bool IsWhole() {
-    std::int32_t refused = -1;
-    return at_ > 0 && Parse(refused);
-  }
-
- private:
-  bool Parse(std::int32_t& refused) {
-    std::u16string document;
-    MxErrorRecord error;
-    return bench_.call.Engine().parser.ParseExpr(ParsedType(bench_.type), words_, document, error,
-                                                 refused);
-  }
-
-  Workbench& bench_;
-  std::size_t at_;
-  std::vector<WordView> words_;
-};
+bool Takes(const NextWords& next, const Probe& probe) {
+  return next.Takes(CompiledGrammar::Instance().LiteralOf(probe.primary), probe.symbol,
+                    probe.dataType);
+}
 
 }  // namespace
 
 std::vector<std::u16string> ExpectedAt(Workbench& bench, const Draft& draft, std::size_t word) {
-  constexpr std::size_t kFarthest = 2'000;  // words; behind them it would take too long
   std::vector<std::u16string> expected;
-  if (word > kFarthest) return expected;
   const Language language = bench.call.TextLanguage();
-  Prober prober(bench, draft, std::min(word, draft.Size()));
+  NextWords next;
+  bench.call.Engine().parser.FindNext(
+      ParsedType(bench.type), std::span(draft.reading.words).first(std::min(word, draft.Size())),
+      next);
   const auto add = [&](std::u16string text) {
     const bool isNew = std::find(expected.begin(), expected.end(), text) == expected.end();
     if (isNew && !text.empty() && expected.size() < kMostExpected) {
@@ -100,7 +68,7 @@ std::vector<std::u16string> ExpectedAt(Workbench& bench, const Draft& draft, std
     }
   };
   for (const Probe& probe : kProbes) {
-    if (!prober.IsTaken(probe)) continue;
+    if (!Takes(next, probe)) continue;
     switch (probe.told) {
       case Told::kType:
         add(DataTypeName(probe.number, language));
@@ -118,10 +86,10 @@ std::vector<std::u16string> ExpectedAt(Workbench& bench, const Draft& draft, std
     }
   }
   if (expected.empty()) {
-    Probe opening{u"(", kDelimiterSymbol, kNoDataType, Told::kMessage, kMsgExpectOpening};
-    if (prober.IsTaken(opening)) add(bench.call.Text(kMsgExpectOpening));
+    constexpr Probe opening{u"(", kDelimiterSymbol, kNoDataType, Told::kMessage, kMsgExpectOpening};
+    if (Takes(next, opening)) add(bench.call.Text(kMsgExpectOpening));
   }
-  if (prober.IsWhole()) add(bench.call.Text(kMsgExpectEnd));
+  if (word > 0 && next.HasEnd()) add(bench.call.Text(kMsgExpectEnd));
   return expected;
 }
 

@@ -8,8 +8,8 @@
 
 namespace ORKBASE {
 
-/// What may follow the words in front of one: types, kinds of words, words; at most ten. Found by
-/// letting the interpreter try a word of each kind.
+/// What may follow the words in front of one: types, kinds of words, words; at most ten. Told by
+/// what the interpreter tries there.
 std::vector<std::u16string> ExpectedAt(Workbench& bench, const Draft& draft, std::size_t word);
 
 }  // namespace ORKBASE

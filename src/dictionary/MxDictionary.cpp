@@ -10,7 +10,9 @@ namespace ORKBASE {
 
 void MxDictionary::AddEntry(const MxWord& word) {
   std::u16string key = ToLower(word.primary);
-  byDesc_.try_emplace(ToLower(word.outDesc), key);
+  std::u16string desc = ToLower(word.outDesc);
+  marks_.set(KeyHash::Of(desc) % kMarks);
+  byDesc_.try_emplace(std::move(desc), key);
   items_.try_emplace(std::move(key), word);
 }
 
@@ -21,6 +23,7 @@ void MxDictionary::RemoveEntry(const MxWord& word) {
 }
 
 const MxWord* MxDictionary::FindByDesc(const LookupKey& key) const {
+  if (!marks_[key.hash() % kMarks]) return nullptr;
   const auto desc = byDesc_.find(key);
   if (desc == byDesc_.end()) return nullptr;
   // In most languages of most words the two spellings are one, and the hash is known.

@@ -1,6 +1,8 @@
 // One dictionary: words by their canonical spelling and by their display form.
 #pragma once
 
+#include <bitset>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -35,8 +37,13 @@ class MxDictionary {
   KeyMap<std::u16string> caxEnumValues;  ///< SQL text by lower-case enumeration word
 
  private:
+  static constexpr std::size_t kMarks = 4096;
+
   KeyMap<MxWord> items_;
   KeyMap<std::u16string> byDesc_;  ///< display form to lower-case canonical spelling
+  /// By hash, which display forms may be there: most dictionaries do not have the word that a set
+  /// looks for in all of them.
+  std::bitset<kMarks> marks_;
   bool isCax_;
 };
 
