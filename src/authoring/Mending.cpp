@@ -93,7 +93,7 @@ std::size_t Draft::WordFrom(std::int32_t offset) const {
 Workbench::Workbench(AuthoringCall& asked, MXRULE_DATATYPE expected, std::u16string_view typed)
     : call(asked), type(expected), rule(typed), draft_(std::make_unique<Draft>(asked, typed)) {
   // At least a few, also for a long rule.
-  units_ = std::max(units_, 3 * static_cast<std::int64_t>(typed.size()));
+  units_ = std::max(units_, 2 * static_cast<std::int64_t>(typed.size()));
   CountRefused();
 }
 

@@ -135,7 +135,7 @@ class Workbench {
   std::vector<RuleEdit> chosen_;  ///< of this stage, in the places of the present text
   std::unique_ptr<Draft> draft_;
   int tries_ = 40;
-  std::int64_t units_ = 24'000;
+  std::int64_t units_ = 16'000;
   std::int64_t refused_ = 0;  ///< words of the present text
 };
 
