@@ -227,6 +227,7 @@ enum MessageNumber : std::int32_t {
   kMsgStoreHalfCharacter     = 7504,
   kMsgStoreZeroInStatement   = 7505,
   kMsgStoreZeroInText        = 7506,
+  kMsgStoreReadOnly          = 7507,
   // clang-format on
 };
 
