@@ -186,16 +186,16 @@ class OdbcRows final : public StoreRows {
 class OdbcPrepared final : public StoreStatement {
  public:
   OdbcPrepared(const Link& link, NamedStatement named)
-      : isReadOnly_(link.IsReadOnly()),
-        named_(std::move(named)),
-        query_(link, named_.text),
-        parameters_(named_.places.size()) {}
+      : named_(std::move(named)), query_(link, named_.text), parameters_(named_.places.size()) {
+    // Not every driver can be told to read only. Asked now: once a statement has run, not every
+    // driver tells its columns between two executions.
+    isRefused_ = link.IsReadOnly() && query_.ColumnCount() == 0;
+  }
 
   const std::vector<std::u16string>& Names() const override { return named_.names; }
 
   std::int64_t Run(const StoreRow& values) override {
-    // Not every driver can be told to read only.
-    if (isReadOnly_ && query_.ColumnCount() == 0) Refuse(ORKBASE::kMsgStoreReadOnly);
+    if (isRefused_) Refuse(ORKBASE::kMsgStoreReadOnly);
     Bind(values);
     query_.Execute();
     SQLLEN count = -1;
@@ -206,9 +206,10 @@ class OdbcPrepared final : public StoreStatement {
 
   std::unique_ptr<StoreRows> Read(const StoreRow& values) override {
     Bind(values);
-    if (query_.ColumnCount() == 0) Refuse(ORKBASE::kMsgStoreNoRows);
     query_.Execute();
-    return std::make_unique<OdbcRows>(query_, nullptr);
+    auto rows = std::make_unique<OdbcRows>(query_, nullptr);
+    if (rows->Columns().empty()) Refuse(ORKBASE::kMsgStoreNoRows);
+    return rows;
   }
 
  private:
@@ -221,10 +222,10 @@ class OdbcPrepared final : public StoreStatement {
     }
   }
 
-  bool isReadOnly_;
   NamedStatement named_;
   Query query_;
   std::vector<OdbcParameter> parameters_;
+  bool isRefused_ = false;  // would change something on a connection that only reads
 };
 
 class OdbcStore final : public StoreConnection {
