@@ -21,6 +21,8 @@ namespace {
 // seconds.
 constexpr SQLULEN kLoginSeconds = 4;
 constexpr std::size_t kNameUnits = 256;
+/// What is read within a transaction stays as it is, or more than that.
+constexpr SQLULEN kIsolations[] = {SQL_TXN_REPEATABLE_READ, SQL_TXN_SERIALIZABLE};
 
 /// An open connection, and what its failures may not show.
 class Link {
@@ -282,7 +284,7 @@ class OdbcStore final : public StoreConnection {
   /// A driver that knows no such isolation has a stricter one, or none at all.
   void AskForIsolation() {
     if (std::exchange(isIsolated_, true)) return;
-    for (const SQLULEN isolation : {SQL_TXN_REPEATABLE_READ, SQL_TXN_SERIALIZABLE}) {
+    for (const SQLULEN isolation : kIsolations) {
       if (SQL_SUCCEEDED(
               SQLSetConnectAttr(link_.Get(), SQL_ATTR_TXN_ISOLATION, AsPointer(isolation), 0))) {
         return;

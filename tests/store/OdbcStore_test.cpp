@@ -123,7 +123,8 @@ TEST_F(OdbcStoreServer, LongValuesComeBackWhole) {
   const auto bytes = store->Prepare(u"update kept_bytes set v = :v");
   Do(*store, "insert into kept values ('')");
   Do(*store, "insert into kept_bytes values ('')");
-  for (const std::size_t size : {0, 1, 2046, 2047, 2048, 2049, 4094, 67582, 67583, 1'000'000}) {
+  for (const std::size_t size :
+       {0U, 1U, 2046U, 2047U, 2048U, 2049U, 4094U, 67'582U, 67'583U, 1'000'000U}) {
     std::u16string faces;
     for (std::size_t i = 0; i < size / 2; ++i) faces += u"\U0001F600";
     for (const std::u16string& value :
