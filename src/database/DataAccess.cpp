@@ -24,9 +24,9 @@ struct OwnKind {
 
 // clang-format off
 constexpr OwnKind kOwnKinds[] = {
-    {u"sqlite:", MakeSqliteAccessor},
-    {u"odbc:",   MakeOdbcAccessor},
-    {u"",        MakeServerAccessor},  // every other text is a host
+    {kSqliteKind, MakeSqliteAccessor},
+    {kOdbcKind,   MakeOdbcAccessor},
+    {u"",         MakeServerAccessor},  // every other text is a host
 };
 
 constexpr std::array<std::u16string_view, 7> kOperations = {

@@ -3,12 +3,15 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "DataAccess.h"
 #include "database/OdbcConnectionText.h"
 #include "database/TimedAccessor.h"
 
 namespace ORKDB {
+
+inline constexpr std::u16string_view kOdbcKind = u"odbc:";
 
 class OdbcConnection;
 struct OdbcFailure;

@@ -6,14 +6,13 @@
 
 #include "database/FailingAccessor.h"
 #include "database/RowTable.h"
+#include "database/SqliteFile.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 namespace ORKDB {
@@ -23,27 +22,6 @@ constexpr std::chrono::milliseconds kBriefWait(100);
 constexpr int kLongestPauseMs = 50;
 constexpr int kStepsBetweenLooks = 1000;
 constexpr std::size_t kMostDigits = 18;  // always fits 64 bits
-
-struct StatementCloser {
-  void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
-};
-using Statement = std::unique_ptr<sqlite3_stmt, StatementCloser>;
-
-/// A name for the file that SQLite takes as nothing else (a memory database, a URI).
-std::string FileName(std::u16string_view path) {
-  const std::string name = ORKBASE::WideToUtf8(path);
-  return name.starts_with('/') ? name : "./" + name;
-}
-
-/// Something to which a file's name leads, but that holds no file: opening it might never return.
-/// (A folder does no harm.)
-bool IsNoFile(const std::string& name) {
-  std::error_code ignored;
-  const auto type = std::filesystem::status(name, ignored).type();
-  using std::filesystem::file_type;
-  return type == file_type::fifo || type == file_type::socket || type == file_type::character ||
-         type == file_type::block;
-}
 
 /// Whether the text is just how a number prints.
 bool ReadNumber(std::u16string_view text, sqlite3_int64& value) {
@@ -99,16 +77,6 @@ std::vector<std::u16string> ColumnNames(sqlite3_stmt* statement) {
   return names;
 }
 
-int Primary(int code) {
-  return code & 0xFF;
-}
-
-bool IsLostFile(int code) {
-  const int primary = Primary(code);
-  return primary == SQLITE_IOERR || primary == SQLITE_CORRUPT || primary == SQLITE_CANTOPEN ||
-         primary == SQLITE_NOTADB;
-}
-
 }  // namespace
 
 std::unique_ptr<CDBAccessor> MakeSqliteAccessor(const AccessorRequest& request) {
@@ -141,7 +109,7 @@ std::unique_ptr<CDBRecordSet> SqliteAccessor::Query(const std::u16string& statem
 
 bool SqliteAccessor::Open() {
   if (connection_ != nullptr) return true;
-  const std::string name = FileName(path_);
+  const std::string name = SqliteFileName(path_);
   const int code = IsNoFile(name)
                        ? SQLITE_CANTOPEN
                        : sqlite3_open_v2(name.c_str(), &connection_, SQLITE_OPEN_READONLY, nullptr);
@@ -174,7 +142,7 @@ std::unique_ptr<CDBRecordSet> SqliteAccessor::Run(const std::u16string& statemen
   if (sqlite3_prepare_v2(connection_, text.c_str(), -1, &prepared, nullptr) != SQLITE_OK) {
     return Fail();
   }
-  const Statement owner(prepared);
+  const SqliteStatement owner(prepared);
   if (prepared == nullptr) {
     SetOwnError(ORKBASE::kMsgStatementEmpty);
     return nullptr;
@@ -200,7 +168,7 @@ std::unique_ptr<CDBRecordSet> SqliteAccessor::Run(const std::u16string& statemen
 std::unique_ptr<CDBRecordSet> SqliteAccessor::Fail() {
   const int code = sqlite3_errcode(connection_);
   std::u16string text = ORKBASE::Utf8ToWide(sqlite3_errmsg(connection_));
-  wasLocked_ = Primary(code) == SQLITE_BUSY;
+  wasLocked_ = PrimaryCode(code) == SQLITE_BUSY;
   if (code == SQLITE_INTERRUPT) {
     SetTimeout(code, LoadSeconds());
   } else if (wasLocked_ || IsLostFile(code)) {

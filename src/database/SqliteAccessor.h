@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "DataAccess.h"
 #include "database/TimedAccessor.h"
@@ -10,6 +11,8 @@
 struct sqlite3;
 
 namespace ORKDB {
+
+inline constexpr std::u16string_view kSqliteKind = u"sqlite:";
 
 /// Reads an SQLite file, read-only. A file that is missing is an error of the query and is never
 /// created; a file that was moved away or replaced since the last query is opened anew. A query

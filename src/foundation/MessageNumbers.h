@@ -218,6 +218,16 @@ enum MessageNumber : std::int32_t {
 
   // What a word stands for, 7440 to 7449
   kMsgFieldOfTable           = 7440,  ///< two %s: the table, the field
+
+  // The road to a store, 7500 to 7519
+  kMsgStoreNotOwnKind        = 7500,  ///< the server text is one of a caller's own kind
+  kMsgStoreQuestionMark      = 7501,  ///< a `?` in a statement
+  kMsgStoreSecondStatement   = 7502,
+  kMsgStoreNoRows            = 7503,  ///< the statement is no query
+  kMsgStoreHalfCharacter     = 7504,
+  kMsgStoreZeroInStatement   = 7505,
+  kMsgStoreZeroInText        = 7506,
+  kMsgStoreReadOnly          = 7507,
   // clang-format on
 };
 
