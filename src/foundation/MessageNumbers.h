@@ -218,6 +218,15 @@ enum MessageNumber : std::int32_t {
 
   // What a word stands for, 7440 to 7449
   kMsgFieldOfTable           = 7440,  ///< two %s: the table, the field
+
+  // Rules that are kept in a database, and their upkeep, 7540 to 7599
+  kMsgUpkeepNoRule           = 7540,
+  kMsgUpkeepNoDocument       = 7541,
+  kMsgUpkeepDocumentChanged  = 7542,
+  kMsgUpkeepSqlChanged       = 7543,  ///< one %s: the dialect
+  kMsgUpkeepNoForm           = 7544,  ///< one %s: the dialect
+  kMsgUpkeepNoCax            = 7545,  ///< one %s: the name
+  kMsgUpkeepBadCax           = 7546,  ///< two %s: the name, the reason
   // clang-format on
 };
 
