@@ -65,12 +65,14 @@ class RenameChecker {
     const std::u16string word = rename.isField ? u"T." + name : name + u".a";
     std::vector<std::u16string> tokens;
     MxLexicalAnalyzer().GenerateOriginalTokens(word, tokens);
-    return tokens.size() == 1 &&
-           (rename.isField || KindOf(word) == u"unknown" || KindOf(word) == u"field");
+    return tokens.size() == 1;
   }
 
-  /// Whether it is a word already; a rule knows it by the full stop behind it then.
-  bool IsInVocabulary(const std::u16string& name) { return KindOf(name) != u"unknown"; }
+  /// Whether it is a word already, or stands before the names of parameters; a rule tells a field
+  /// of the table from these all the same.
+  bool IsInVocabulary(const std::u16string& name) {
+    return KindOf(name) != u"unknown" || KindOf(name + u".a[N]") != u"unknown";
+  }
 
   std::u16string_view KindOf(const std::u16string& word) {
     RuleExplanation explanation;
