@@ -72,6 +72,10 @@ TEST(UpkeepCheck, ComparesDocumentsWithoutTheSpellingOfWords) {
       DocumentOf(rule, "", kLogicDataType);  // without the content of fields
   ASSERT_NE(whole, atFirstSight);
   const std::u16string other = DocumentOf("Orders.Amount > 2", "Orders", kLogicDataType);
+  const auto with = [&](const std::u16string& old, const std::u16string& text) {
+    std::u16string changed = whole;
+    return changed.replace(changed.find(old), old.size(), text);
+  };
   struct Case {
     const char* what;
     std::u16string stored;
@@ -81,6 +85,18 @@ TEST(UpkeepCheck, ComparesDocumentsWithoutTheSpellingOfWords) {
   const Case cases[] = {
       {"the same", whole, "well", false},
       {"of an engine that had not read the table", atFirstSight, "well", false},
+      {"another spelling", with(u"outDesc=\"Orders.Amount\"", u"outDesc=\"金额\""), "well", false},
+      {"a spelling in references", with(u"content=\"1\"", u"content=\"&#x31;&amp;\""), "well",
+       false},
+      {"no reference", with(u"content=\"1\"", u"content=\"&1\""), "unreadable", true},
+      {"a bracket in a value", with(u"content=\"1\"", u"content=\"<\""), "unreadable", true},
+      {"a value without an end", with(u"content=\"1\"/>", u"content=\"1"), "unreadable", true},
+      {"another order", with(u"symbol=\"4\" dataType=\"1\"", u"dataType='1' symbol='4'"), "well",
+       false},
+      {"a comment", with(u"\n</tag>", u"<!-- outDesc=\"\" --></tag>"), "well", false},
+      {"another type", with(u"dataType=\"1\"", u"dataType=\"2\""), "changed", true},
+      {"one more attribute", with(u"symbol=\"4\"", u"symbol=\"4\" x=\"\""), "changed", true},
+      {"text behind it", whole + u"x", "unreadable", true},
       {"another rule's", other, "changed", true},
       {"another operand", U16("<tag/>"), "changed", true},
       {"no document", u"Orders.Amount > 1", "unreadable", true},
