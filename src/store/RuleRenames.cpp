@@ -175,8 +175,9 @@ RenamedText RuleRenames::Apply(const std::u16string& text) {
   if (all.empty()) return renamed;
   SortOnce(all);
   std::array<std::vector<std::u16string>, 2> lists;
-  for (const std::size_t index : all)
+  for (const std::size_t index : all) {
     lists[listed_[index].isField ? 1 : 0].push_back(items_[index]);
+  }
   MxLexicalAnalyzer lexer;
   lexer.ChangeExpWithNewDtDfNames(dialect_, JoinedItems(lists[0]), JoinedItems(lists[1]), text,
                                   renamed.text);

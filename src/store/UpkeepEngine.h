@@ -91,6 +91,7 @@ class UpkeepEngines {
     LanguageId language;
     std::u16string reportTemplate;
     std::optional<std::u16string> cax;
+    // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer in it
     friend auto operator<=>(const Key&, const Key&) = default;
   };
   struct Kept {

@@ -1,12 +1,8 @@
 // `RuleUpkeep::Check`: which rules of a store are well, and what is told of the others.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "OrkPlatform.h"
 #include "RuleUpkeep.h"
 #include "SampleDatabase.h"
-#include "ScopedLanguage.h"
 #include "UpkeepRules.h"
 #include "Utf8.h"
 
@@ -14,6 +10,8 @@ using namespace ORKBASE;
 using namespace store_test;
 
 namespace {
+
+using UpkeepCheck = InEnglish;
 
 // clang-format off
 struct VerifiedCase {
@@ -40,7 +38,7 @@ constexpr VerifiedCase kVerified[] = {
 };
 // clang-format on
 
-TEST(UpkeepCheck, VerifiesEachRuleAsItsType) {
+TEST_F(UpkeepCheck, VerifiesEachRuleAsItsType) {
   RuleUpkeep upkeep(SampleSettings());
   for (const int round : {1, 2}) {
     for (const VerifiedCase& c : kVerified) {
@@ -52,8 +50,7 @@ TEST(UpkeepCheck, VerifiesEachRuleAsItsType) {
   }
 }
 
-TEST(UpkeepCheck, TellsTheErrorOfVerifyWithItsFixes) {
-  const ScopedLanguage english(u"en");
+TEST_F(UpkeepCheck, TellsTheErrorOfVerifyWithItsFixes) {
   RuleUpkeep upkeep(SampleSettings());
   const UpkeepResult result = upkeep.Check(RuleOf("1 < Orders.Amout"));
   ASSERT_EQ(result.findings.size(), 1U);
@@ -65,7 +62,7 @@ TEST(UpkeepCheck, TellsTheErrorOfVerifyWithItsFixes) {
   EXPECT_EQ(U8(finding.fixes[0].edits[0].text), "Orders.Amount");
 }
 
-TEST(UpkeepCheck, ComparesDocumentsWithoutTheSpellingOfWords) {
+TEST_F(UpkeepCheck, ComparesDocumentsWithoutTheSpellingOfWords) {
   const std::string rule = "Orders.Amount > 1";
   const std::u16string whole = DocumentOf(rule, "Orders", kLogicDataType);
   const std::u16string atFirstSight =
@@ -117,7 +114,7 @@ TEST(UpkeepCheck, ComparesDocumentsWithoutTheSpellingOfWords) {
   }
 }
 
-TEST(UpkeepCheck, LooksAtTheDocumentOfARefusedRule) {
+TEST_F(UpkeepCheck, LooksAtTheDocumentOfARefusedRule) {
   RuleUpkeep upkeep(SampleSettings());
   StoredRule rule = RuleOf("Orders.Amout > 1");
   rule.document = u"no document";
@@ -127,7 +124,7 @@ TEST(UpkeepCheck, LooksAtTheDocumentOfARefusedRule) {
   EXPECT_FALSE(result.mayWrite);
 }
 
-TEST(UpkeepCheck, WritesRulesThatHaveOnlyADocument) {
+TEST_F(UpkeepCheck, WritesRulesThatHaveOnlyADocument) {
   RuleUpkeep upkeep(SampleSettings());
   struct Case {
     const char* what;
@@ -154,15 +151,14 @@ TEST(UpkeepCheck, WritesRulesThatHaveOnlyADocument) {
   }
 }
 
-TEST(UpkeepCheck, TellsOfARowWithoutARule) {
-  const ScopedLanguage english(u"en");
+TEST_F(UpkeepCheck, TellsOfARowWithoutARule) {
   RuleUpkeep upkeep(SampleSettings());
   const UpkeepResult result = upkeep.Check(StoredRule{});
   ASSERT_EQ(Told(result.findings), "unreadable");
   EXPECT_EQ(U8(result.findings[0].text), "There is no rule here: neither a text nor a document.");
 }
 
-TEST(UpkeepCheck, ComparesTheSqlOfEachDialect) {
+TEST_F(UpkeepCheck, ComparesTheSqlOfEachDialect) {
   UpkeepSettings settings = SampleSettings();
   settings.dialects = {kSqlServerDs, kOracleDs};
   RuleUpkeep upkeep(settings);
@@ -180,8 +176,7 @@ TEST(UpkeepCheck, ComparesTheSqlOfEachDialect) {
   EXPECT_TRUE(result.changes);
 }
 
-TEST(UpkeepCheck, TellsWhichDatabaseHasNoForm) {
-  const ScopedLanguage english(u"en");
+TEST_F(UpkeepCheck, TellsWhichDatabaseHasNoForm) {
   UpkeepSettings settings = SampleSettings();
   settings.dialects = {kSqlServerDs, kOracleDs};
   RuleUpkeep upkeep(settings);
@@ -189,7 +184,7 @@ TEST(UpkeepCheck, TellsWhichDatabaseHasNoForm) {
   EXPECT_EQ(Told(result.findings), "not translatable oracle");
 }
 
-TEST(UpkeepCheck, TakesTextsWithZerosAndLoneSurrogates) {
+TEST_F(UpkeepCheck, TakesTextsWithZerosAndLoneSurrogates) {
   UpkeepSettings settings = SampleSettings();
   settings.dialects = {kSqlServerDs};
   RuleUpkeep upkeep(settings);

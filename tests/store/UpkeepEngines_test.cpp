@@ -18,6 +18,9 @@ using namespace store_test;
 
 namespace {
 
+using UpkeepEngines = InEnglish;
+using UpkeepOutages = InEnglish;
+
 constexpr const char16_t* kPart =
     u"<cax><dd><tabs><tab name=\"Part\" dispName=\"Part\"><flds><fld name=\"Mass\" "
     u"dispName=\"Mass\" dt=\"1\"/></flds></tab></tabs></dd></cax>";
@@ -28,7 +31,7 @@ constexpr const char16_t* kUnknownType =
     u"<cax><dd><tabs><tab name=\"Part\" dispName=\"Part\"><flds><fld name=\"Mass\" "
     u"dispName=\"Mass\" dt=\"77\"/></flds></tab></tabs></dd></cax>";
 
-TEST(UpkeepEngines, TakesTheTemplateOfTheRule) {
+TEST_F(UpkeepEngines, TakesTheTemplateOfTheRule) {
   struct Case {
     const char16_t* ofSettings;
     std::optional<std::u16string> ofRule;
@@ -50,7 +53,7 @@ TEST(UpkeepEngines, TakesTheTemplateOfTheRule) {
   }
 }
 
-TEST(UpkeepEngines, TakesTheCadDocumentOfTheRule) {
+TEST_F(UpkeepEngines, TakesTheCadDocumentOfTheRule) {
   UpkeepSettings settings;
   settings.cax = {{u"part", 1, kPart}, {u"plate", 2, kPlate}};
   RuleUpkeep upkeep(settings);
@@ -73,8 +76,7 @@ TEST(UpkeepEngines, TakesTheCadDocumentOfTheRule) {
   }
 }
 
-TEST(UpkeepEngines, TellsOfABadCadDocumentInEachRuleThatNamesIt) {
-  const ScopedLanguage english(u"en");
+TEST_F(UpkeepEngines, TellsOfABadCadDocumentInEachRuleThatNamesIt) {
   UpkeepSettings settings;
   settings.cax = {{u"bad", 1, kUnknownType}, {u"none", 1, u"no document"}};
   RuleUpkeep upkeep(settings);
@@ -112,7 +114,7 @@ constexpr LanguageCase kLanguages[] = {
 };
 // clang-format on
 
-TEST(UpkeepEngines, SpeaksTheLanguageOfTheRuleAndAnswersInThatOfTheCaller) {
+TEST_F(UpkeepEngines, SpeaksTheLanguageOfTheRuleAndAnswersInThatOfTheCaller) {
   RuleUpkeep upkeep(SampleSettings());
   for (const int round : {1, 2}) {
     for (const LanguageCase& c : kLanguages) {
@@ -131,8 +133,18 @@ TEST(UpkeepEngines, SpeaksTheLanguageOfTheRuleAndAnswersInThatOfTheCaller) {
   }
 }
 
-TEST(UpkeepEngines, WritesDocumentsInTheLanguageOfTheRule) {
-  const ScopedLanguage english(u"en");
+TEST_F(UpkeepEngines, LeavesAThreadWithoutALanguageWithout) {
+  SetThreadLanguage(u"");
+  const std::u16string before = ThreadLanguage();
+  RuleUpkeep upkeep(SampleSettings());
+  StoredRule rule = RuleOf("转大写(Customer.Name)");
+  rule.language = u"zh-CN";
+  EXPECT_EQ(Told(upkeep.Check(rule).findings), "well");
+  EXPECT_EQ(U8(ThreadLanguage()), U8(before));
+  EXPECT_EQ(Told(upkeep.Check(RuleOf("T.a > 1")).findings), "well");
+}
+
+TEST_F(UpkeepEngines, WritesDocumentsInTheLanguageOfTheRule) {
   UpkeepSettings settings = SampleSettings();
   settings.tableRenames = u"Customer:Client";
   RuleUpkeep upkeep(settings);
@@ -146,7 +158,7 @@ TEST(UpkeepEngines, WritesDocumentsInTheLanguageOfTheRule) {
       << Text(result.after.document);
 }
 
-TEST(UpkeepEngines, LoadsTheWordsOfACombinationOnce) {
+TEST_F(UpkeepEngines, LoadsTheWordsOfACombinationOnce) {
   CountedQueries counted;
   UpkeepSettings settings;
   settings.metadata.emplace();
@@ -166,7 +178,7 @@ TEST(UpkeepEngines, LoadsTheWordsOfACombinationOnce) {
   EXPECT_EQ(counted.Asked().queries, 0);
 }
 
-TEST(UpkeepEngines, EndsTheEnginesThatWereNotUsedForTheLongestTime) {
+TEST_F(UpkeepEngines, EndsTheEnginesThatWereNotUsedForTheLongestTime) {
   CountedQueries counted;
   UpkeepSettings settings;
   settings.metadata.emplace();
@@ -240,7 +252,7 @@ std::string OutageOf(Ask ask) {
   return "answered";
 }
 
-TEST(UpkeepOutages, AreNoFaultOfARule) {
+TEST_F(UpkeepOutages, AreNoFaultOfARule) {
   FailingDatabase database;
   for (const std::int32_t number : {1234, -1}) {
     database.number = number;
@@ -271,7 +283,7 @@ TEST(UpkeepOutages, AreNoFaultOfARule) {
   }
 }
 
-TEST(UpkeepOutages, AreFoundInTheMiddle) {
+TEST_F(UpkeepOutages, AreFoundInTheMiddle) {
   FailingDatabase database;
   RuleUpkeep upkeep(database.Settings());
   EXPECT_EQ(Told(upkeep.Rename(RuleOf("Orders.Amount > 1")).findings), "well");
@@ -280,7 +292,7 @@ TEST(UpkeepOutages, AreFoundInTheMiddle) {
   EXPECT_EQ(OutageOf([&] { upkeep.Rename(RuleOf("T.a > 1")); }), "1234 the server is gone");
 }
 
-TEST(UpkeepOutages, TellOfAFileThatIsNotThere) {
+TEST_F(UpkeepOutages, TellOfAFileThatIsNotThere) {
   UpkeepSettings settings;
   settings.metadata.emplace();
   settings.metadata->server = u"sqlite:/nowhere/shop.db";
@@ -292,8 +304,7 @@ TEST(UpkeepOutages, TellOfAFileThatIsNotThere) {
   EXPECT_NE(OutageOf([&] { RuleUpkeep(after).Reach(); }), "answered");
 }
 
-TEST(UpkeepOutages, AreNotWhatARuleWithoutADatabaseMeets) {
-  const ScopedLanguage english(u"en");
+TEST_F(UpkeepOutages, AreNotWhatARuleWithoutADatabaseMeets) {
   RuleUpkeep upkeep(UpkeepSettings{});
   upkeep.Reach();
   EXPECT_EQ(Told(upkeep.Check(RuleOf("1 > 2")).findings), "well");

@@ -3,10 +3,8 @@
 
 #include <iterator>
 
-#include "OrkPlatform.h"
 #include "RuleUpkeep.h"
 #include "SampleDatabase.h"
-#include "ScopedLanguage.h"
 #include "UpkeepRules.h"
 #include "Utf8.h"
 
@@ -14,6 +12,8 @@ using namespace ORKBASE;
 using namespace store_test;
 
 namespace {
+
+using UpkeepRename = InEnglish;
 
 UpkeepSettings Renames(const char* tables, const char* fields) {
   UpkeepSettings settings = SampleSettings();
@@ -55,7 +55,7 @@ constexpr RenameCase kRenames[] = {
 };
 // clang-format on
 
-TEST(UpkeepRename, GivesRulesTheNewNames) {
+TEST_F(UpkeepRename, GivesRulesTheNewNames) {
   for (const RenameCase& c : kRenames) {
     RuleUpkeep upkeep(Renames(c.tables, c.fields));
     for (const int round : {1, 2}) {
@@ -68,7 +68,7 @@ TEST(UpkeepRename, GivesRulesTheNewNames) {
   }
 }
 
-TEST(UpkeepRename, CountsWhatEachPairMet) {
+TEST_F(UpkeepRename, CountsWhatEachPairMet) {
   RuleUpkeep upkeep(Renames("Orders:Sales,T:U,Stock:Store", "Orders.Qty:Pieces,T.b:c"));
   for (const char* rule :
        {"Orders.Qty + Orders.Amount * Orders.Qty", "orders.Qty", "T.B + T.a", "t.b", "1 + 2"}) {
@@ -94,7 +94,7 @@ TEST(UpkeepRename, CountsWhatEachPairMet) {
   }
 }
 
-TEST(UpkeepRename, MakesDocumentAndSqlOfTheNewText) {
+TEST_F(UpkeepRename, MakesDocumentAndSqlOfTheNewText) {
   UpkeepSettings settings = Renames("Orders:Sales", "Orders.Qty:Pieces");
   settings.dialects = {kSqlServerDs, kOracleDs};
   RuleUpkeep upkeep(settings);
@@ -116,7 +116,7 @@ TEST(UpkeepRename, MakesDocumentAndSqlOfTheNewText) {
   EXPECT_NE(Text(result.after.sql[1]).find("Pieces"), std::string::npos);
 }
 
-TEST(UpkeepRename, LeavesTheDocumentOfARuleThatItDoesNotRename) {
+TEST_F(UpkeepRename, LeavesTheDocumentOfARuleThatItDoesNotRename) {
   for (const char* text : {"T.a > 1", "Orders.Amout > 1"}) {
     RuleUpkeep upkeep(Renames("Orders:Sales", ""));
     StoredRule rule = RuleOf(text);
@@ -125,7 +125,7 @@ TEST(UpkeepRename, LeavesTheDocumentOfARuleThatItDoesNotRename) {
   }
 }
 
-TEST(UpkeepRename, RenamesRulesThatHaveOnlyADocument) {
+TEST_F(UpkeepRename, RenamesRulesThatHaveOnlyADocument) {
   RuleUpkeep upkeep(Renames("Orders:Sales", ""));
   StoredRule rule;
   rule.type = kLogicDataType;
@@ -138,7 +138,7 @@ TEST(UpkeepRename, RenamesRulesThatHaveOnlyADocument) {
   EXPECT_NE(Text(result.after.document).find("'Orders'"), std::string::npos);
 }
 
-TEST(UpkeepRename, VerifiesAgainstTheMetadataOfTheNewNames) {
+TEST_F(UpkeepRename, VerifiesAgainstTheMetadataOfTheNewNames) {
   std::string sql = SourceText("examples/shop.sql");
   for (std::size_t at = 0; (at = sql.find("'Orders',", at)) != sql.npos;) {
     sql.replace(at, 9, "'Sales',");
@@ -164,7 +164,7 @@ TEST(UpkeepRename, VerifiesAgainstTheMetadataOfTheNewNames) {
   }
 }
 
-TEST(UpkeepRename, RenamesTheWordsOfATemplate) {
+TEST_F(UpkeepRename, RenamesTheWordsOfATemplate) {
   UpkeepSettings settings = Renames("Header:Head", "Header.Total:Sum");
   settings.reportTemplate = u"7";
   RuleUpkeep upkeep(settings);
@@ -173,7 +173,7 @@ TEST(UpkeepRename, RenamesTheWordsOfATemplate) {
   EXPECT_EQ(Told(result.findings), "well");
 }
 
-TEST(UpkeepRename, KeepsATextThatWouldBecomeTooLong) {
+TEST_F(UpkeepRename, KeepsATextThatWouldBecomeTooLong) {
   std::string doubling;
   for (int i = 0; i < 26; ++i) doubling += (i == 0 ? "" : ",") + std::string("x:x][x");
   RuleUpkeep upkeep(Renames(doubling.c_str(), ""));
@@ -219,15 +219,14 @@ constexpr NameCase kNames[] = {
 };
 // clang-format on
 
-TEST(UpkeepRename, TellsWhatSpeaksAgainstTheNames) {
+TEST_F(UpkeepRename, TellsWhatSpeaksAgainstTheNames) {
   for (const NameCase& c : kNames) {
     RuleUpkeep upkeep(Renames(c.tables, c.fields));
     EXPECT_EQ(Told(upkeep.CheckRenames()), c.told) << c.tables << " | " << c.fields;
   }
 }
 
-TEST(UpkeepRename, NamesThePairThatIsAtFault) {
-  const ScopedLanguage english(u"en");
+TEST_F(UpkeepRename, NamesThePairThatIsAtFault) {
   RuleUpkeep upkeep(Renames("Orders:T", "Orders.Quantity:n"));
   const std::vector<UpkeepFinding> findings = upkeep.CheckRenames();
   ASSERT_EQ(findings.size(), 2U);

@@ -1,6 +1,8 @@
 // Rules of a store for tests of upkeep, and what is told of them in short.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -8,9 +10,15 @@
 #include "MxExpression.h"
 #include "RuleUpkeep.h"
 #include "SampleDatabase.h"
+#include "ScopedLanguage.h"
 #include "Utf8.h"
 
 namespace store_test {
+
+/// Rules and answers are in English unless they say otherwise.
+struct InEnglish : ::testing::Test {
+  ScopedLanguage language{u"en"};
+};
 
 inline ORKBASE::ConnectionSettings ConnectionTo(const TempDatabase& database) {
   ORKBASE::ConnectionSettings connection;

@@ -11,6 +11,10 @@ using namespace store_test;
 
 namespace {
 
+using UpkeepStrip = InEnglish;
+using UpkeepTranslate = InEnglish;
+using UpkeepUses = InEnglish;
+
 // clang-format off
 struct StripCase {
   const char* tables;
@@ -32,7 +36,7 @@ constexpr StripCase kStrips[] = {
 };
 // clang-format on
 
-TEST(UpkeepStrip, CutsTablesOut) {
+TEST_F(UpkeepStrip, CutsTablesOut) {
   for (const StripCase& c : kStrips) {
     UpkeepSettings settings = SampleSettings();
     settings.strippedTables = U16(c.tables);
@@ -45,7 +49,7 @@ TEST(UpkeepStrip, CutsTablesOut) {
   }
 }
 
-TEST(UpkeepStrip, MakesDocumentAndSqlOfWhatIsLeft) {
+TEST_F(UpkeepStrip, MakesDocumentAndSqlOfWhatIsLeft) {
   UpkeepSettings settings = SampleSettings();
   settings.strippedTables = u"Orders";
   settings.dialects = {kSqlServerDs};
@@ -64,7 +68,7 @@ TEST(UpkeepStrip, MakesDocumentAndSqlOfWhatIsLeft) {
   EXPECT_EQ(Text(none.after.sql[0]), "");
 }
 
-TEST(UpkeepStrip, StripsRulesThatHaveOnlyADocument) {
+TEST_F(UpkeepStrip, StripsRulesThatHaveOnlyADocument) {
   UpkeepSettings settings = SampleSettings();
   settings.strippedTables = u"Orders";
   RuleUpkeep upkeep(settings);
@@ -76,7 +80,7 @@ TEST(UpkeepStrip, StripsRulesThatHaveOnlyADocument) {
   EXPECT_EQ(Text(result.after.document), U8(DocumentOf("T.a > 2", "T", kLogicDataType)));
 }
 
-TEST(UpkeepTranslate, GivesTheSqlOfEveryDialect) {
+TEST_F(UpkeepTranslate, GivesTheSqlOfEveryDialect) {
   UpkeepSettings settings = SampleSettings();
   settings.dialects = {kSqlServerDs, kOracleDs, kDMDs, kKingbaseDs, kOpenGaussDs};
   RuleUpkeep upkeep(settings);
@@ -98,7 +102,7 @@ TEST(UpkeepTranslate, GivesTheSqlOfEveryDialect) {
   }
 }
 
-TEST(UpkeepTranslate, KeepsWhatIsStoredWhereADatabaseHasNoForm) {
+TEST_F(UpkeepTranslate, KeepsWhatIsStoredWhereADatabaseHasNoForm) {
   UpkeepSettings settings = SampleSettings();
   settings.dialects = {kOracleDs, kSqlServerDs};
   RuleUpkeep upkeep(settings);
@@ -123,7 +127,7 @@ std::string UsedBy(RuleUpkeep& upkeep, const StoredRule& rule) {
   return text;
 }
 
-TEST(UpkeepUses, ListsWhatARuleDependsOn) {
+TEST_F(UpkeepUses, ListsWhatARuleDependsOn) {
   RuleUpkeep upkeep(SampleSettings());
   EXPECT_EQ(UsedBy(upkeep, RuleOf("ROUND(T.a, 2) > Input.x[N]")),
             "function ROUND@0+5; field T.a@6+3; input Input.x[N]@16+10");
