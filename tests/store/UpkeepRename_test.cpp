@@ -22,6 +22,10 @@ UpkeepSettings Renames(const char* tables, const char* fields) {
   return settings;
 }
 
+bool Holds(const UpkeepResult& result, UpkeepState state) {
+  return Told(result.findings).find(NameOf(state)) != std::string::npos;
+}
+
 // clang-format off
 struct RenameCase {
   const char* what;
@@ -171,6 +175,25 @@ TEST_F(UpkeepRename, RenamesTheWordsOfATemplate) {
   const UpkeepResult result = upkeep.Rename(RuleOf("thisReport.Header.Total > Header.Total"));
   EXPECT_EQ(Text(result.after.expression), "thisReport.Head.Sum > Head.Sum");
   EXPECT_EQ(Told(result.findings), "well");
+}
+
+TEST_F(UpkeepRename, TakesLongRulesAndLongLists) {
+  std::string tables = "T:U";
+  for (int i = 0; i < 1000; ++i) tables += ",Old" + std::to_string(i) + ":New" + std::to_string(i);
+  RuleUpkeep upkeep(Renames(tables.c_str(), ""));
+  std::string sum = "T.a";
+  std::string words = "'";
+  for (int i = 0; i < 20000; ++i) {
+    sum += " + T.b";
+    words += "T.a [T] .T. Old" + std::to_string(i) + " [[";
+  }
+  const UpkeepResult result = upkeep.Rename(RuleOf(sum));
+  EXPECT_EQ(Told(result.findings), "well");
+  EXPECT_EQ(upkeep.Pairs()[0].matched, 20001);
+  EXPECT_EQ(Text(result.after.expression).find("T."), std::string::npos);
+  EXPECT_TRUE(Holds(upkeep.Rename(RuleOf(words + "'")), kNoticeState));
+  upkeep.Rename(RuleOf(std::string(1000000, '[')));
+  upkeep.Rename(RuleOf(std::string(1000000, '.')));
 }
 
 TEST_F(UpkeepRename, KeepsATextThatWouldBecomeTooLong) {
