@@ -228,6 +228,23 @@ enum MessageNumber : std::int32_t {
   kMsgStoreZeroInStatement   = 7505,
   kMsgStoreZeroInText        = 7506,
   kMsgStoreReadOnly          = 7507,
+  // Rules that are kept in a database, and their upkeep, 7540 to 7599
+  kMsgUpkeepNoRule           = 7540,
+  kMsgUpkeepNoDocument       = 7541,
+  kMsgUpkeepDocumentChanged  = 7542,
+  kMsgUpkeepSqlChanged       = 7543,  ///< one %s: the dialect
+  kMsgUpkeepNoForm           = 7544,  ///< one %s: the dialect
+  kMsgUpkeepNoCax            = 7545,  ///< one %s: the name
+  kMsgUpkeepBadCax           = 7546,  ///< two %s: the name, the reason
+  kMsgUpkeepOtherCase        = 7550,  ///< two %s: the word, the name
+  kMsgUpkeepNameInText       = 7551,  ///< one %s: the name
+  kMsgUpkeepTableLeft        = 7552,  ///< one %s: the table
+  kMsgUpkeepNothingLeft      = 7553,
+  kMsgUpkeepIllegalName      = 7560,  ///< two %s: the old name, the new name; also below
+  kMsgUpkeepNameTaken        = 7561,
+  kMsgUpkeepNameTwice        = 7562,
+  kMsgUpkeepNameIsWord       = 7563,
+  kMsgUpkeepNameUnknown      = 7564,
   // clang-format on
 };
 
