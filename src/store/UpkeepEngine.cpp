@@ -6,6 +6,8 @@
 #include "platform/ErrorTexts.h"
 
 #include <algorithm>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 namespace ORKBASE {
@@ -16,6 +18,32 @@ constexpr std::size_t kMostLanguages = 256;
 
 /// A field whose table was loaded by the rule itself is without its text.
 constexpr std::u16string_view kNoContent = u" content=\"\"";
+constexpr std::u16string_view kFieldSymbol = u"4";
+static_assert(kDataFieldSymbol == 4);
+
+/// Takes what stands between a beginning and the next quote off a text; nothing where it has none.
+std::optional<std::u16string_view> TakeAttribute(std::u16string_view& text,
+                                                 std::u16string_view begin) {
+  const std::size_t at = text.find(begin);
+  if (at == text.npos) return std::nullopt;
+  text.remove_prefix(at + begin.size());
+  const std::size_t end = text.find(u'"');
+  if (end == text.npos) return std::nullopt;
+  const std::u16string_view value = text.substr(0, end);
+  text.remove_prefix(end);
+  return value;
+}
+
+/// Whether a rule writes a field otherwise than the metadata do, by a document of the engine.
+bool RespellsField(std::u16string_view document) {
+  for (;;) {
+    const auto primary = TakeAttribute(document, u" primary=\"");
+    const auto symbol = TakeAttribute(document, u" symbol=\"");
+    const auto content = TakeAttribute(document, u" content=\"");
+    if (!content) return false;
+    if (*symbol == kFieldSymbol && *content != *primary) return true;
+  }
+}
 
 /// The error that tells of the database; null where none does.
 const MxErrorRecord* OutageIn(const MxErrorRecord& error) noexcept {
@@ -28,6 +56,14 @@ const MxErrorRecord* OutageIn(const MxErrorRecord& error) noexcept {
   const bool isOutage =
       error.cause == kDatabaseCause || (isForeign && error.cause != kDocumentCause);
   return isOutage ? &error : nullptr;
+}
+
+/// Once more where the rule loaded a table itself, so that the document is that of any later time.
+EitherVerification VerifyWhole(MxExpression& rules, MXRULE_DATATYPE type,
+                               const std::u16string& text) {
+  EitherVerification first = VerifyEither(rules, type, text);
+  if (!first.type || first.document.find(kNoContent) == std::u16string::npos) return first;
+  return VerifyEither(rules, type, text);
 }
 
 }  // namespace
@@ -47,9 +83,12 @@ auto UpkeepEngine::InItsLanguage(Ask ask) {
 
 EitherVerification UpkeepEngine::Verify(MXRULE_DATATYPE type, const std::u16string& text) {
   EitherVerification made = InItsLanguage([&] {
-    EitherVerification first = VerifyEither(rules_, type, text);
-    if (!first.type || first.document.find(kNoContent) == std::u16string::npos) return first;
-    return VerifyEither(rules_, type, text);
+    EitherVerification warm = VerifyWhole(rules_, type, text);
+    if (!warm.type || !RespellsField(warm.document)) return warm;
+    // Tables are loaded by the very name, words are found in any case: that an earlier rule loaded
+    // the table is not to decide about this one.
+    MxExpression fresh(loaded_);
+    return VerifyWhole(fresh, type, text);
   });
   if (made.type) return made;
   ThrowIfOutage(made.error);
@@ -208,6 +247,7 @@ std::unique_ptr<UpkeepEngine> UpkeepEngines::Make(const Key& key) {
   const LanguageScope scope(key.language);
   made->Load(settings_, key.reportTemplate, key.cax);
   if (key.names == Names::kAfter && !settings_.metadataAfter) made->Rename(renames_);
+  made->loaded_ = made->rules_;
   return made;
 }
 

@@ -34,7 +34,7 @@ struct EngineRenames {
 class UpkeepEngine {
  public:
   UpkeepEngine(const MxExpression& source, LanguageId language)
-      : language_(language), rules_(source) {}
+      : language_(language), rules_(source), loaded_(source) {}
 
   /// Why its words could not be loaded; of no cause where they could.
   const MxErrorRecord& Fault() const noexcept { return fault_; }
@@ -70,8 +70,9 @@ class UpkeepEngine {
   bool Keep(MxErrorRecord fault);
 
   LanguageId language_;
-  MxExpression rules_;
-  RuleAuthoring authoring_{rules_};
+  MxExpression rules_;   ///< loads the tables that rules name
+  MxExpression loaded_;  ///< as it was before the first rule
+  RuleAuthoring authoring_{loaded_};
   MxErrorRecord fault_;
 };
 

@@ -30,6 +30,8 @@ constexpr VerifiedCase kVerified[] = {
     {kEitherType,    "1 + foo",                     "refused 4+3"},
     {kLogicDataType, "Orders.Amount > ",            "refused 16+0"},
     {kLogicDataType, "客户.金额 > 1",               "well"},
+    {kLogicDataType, "Orders.amount > 1",           "well"},
+    {kLogicDataType, "orders.Amount > 1",           "refused 0+13"},  // though Orders is loaded
     {kLogicDataType, "Nowhere.x = 1",               "refused 0+9"},
     {kLogicDataType, "thisReport.Header.Total > 1", "refused 0+23"},
     {kEitherType,    "",                            "unreadable"},
