@@ -4,6 +4,7 @@
 #include "platform/MessageFile.h"
 
 #include <compare>
+#include <string>
 #include <string_view>
 
 namespace ORKBASE {
@@ -35,5 +36,8 @@ LanguageId LanguageOfLocaleName(std::string_view name) noexcept;
 
 /// Of a BCP 47 tag such as u"zh-CN" or u"en"; 0 for what is unknown.
 LanguageId LanguageOfTag(std::u16string_view tag) noexcept;
+
+/// BCP 47 tag of a language; empty for 0 and what has none.
+std::u16string TagOfLanguage(LanguageId language);
 
 }  // namespace ORKBASE

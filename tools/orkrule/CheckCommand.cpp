@@ -71,6 +71,7 @@ class CheckRun {
                                  {"dsTypes", numbers_},
                                  {"twoParts", options_.split}});
     checked.problems = ProblemsOf(checked.answer);
+    if (HasOutage(checked.problems)) calls_.Reach();
     return checked;
   }
 

@@ -1,5 +1,6 @@
 #include "DocumentInput.h"
 
+#include "Outage.h"
 #include "Output.h"
 #include "Text.h"
 
@@ -68,6 +69,7 @@ DocumentInput::DocumentInput(const RuleOptions& options) : options_(options) {
 }
 
 std::optional<Document> DocumentInput::Next() {
+  AskedForRule();
   if (!reader_) {
     if (std::exchange(argumentTaken_, true)) return std::nullopt;
     return Document{ToUtf8(Wide(*options_.rule)), ""};

@@ -59,6 +59,9 @@ inline constexpr NamedType kTypes[] = {
 
 /// Adds --db, --user, --database, --port, --ask-password, --rt, --cax and the modes.
 void AddEngineOptions(CLI::App& command, EngineOptions& options);
+/// The group of the options that say what words rules may have.
+inline constexpr const char* kWordsGroup = "Words of rules";
+
 /// Adds --tables: the data tables to load before the first rule.
 void AddTablesOption(CLI::App& command, EngineOptions& options);
 /// Adds the rule itself, --file and --jsonl, and --json.

@@ -1,6 +1,7 @@
 #include "Report.h"
 
 #include "Excerpt.h"
+#include "Outage.h"
 #include "Problems.h"
 #include "Text.h"
 
@@ -34,7 +35,7 @@ std::size_t CharactersBefore(std::u16string_view text) {
 Refusal RefusalOf(const ORKBASE::MxErrorRecord& error) {
   Refusal refusal{error.number, ORKBASE::ErrorText(error)};
   if (error.cause == ORKBASE::kDatabaseCause || error.number != kOwnError) {
-    throw Failure{kInputOutput, ToUtf8(refusal.text)};
+    throw Outage{ToUtf8(refusal.text)};
   }
   if (error.offset >= 0) {
     refusal.at = static_cast<std::size_t>(error.offset);

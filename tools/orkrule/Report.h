@@ -31,7 +31,7 @@ struct Refusal {
   std::vector<ORKBASE::RuleFix> fixes = {};
 };
 
-/// The refusal that an error record tells. Throws `Failure` where the database failed, not the
+/// The refusal that an error record tells. Throws `Outage` where the database failed, not the
 /// rule.
 Refusal RefusalOf(const ORKBASE::MxErrorRecord& error);
 

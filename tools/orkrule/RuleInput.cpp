@@ -1,5 +1,6 @@
 #include "RuleInput.h"
 
+#include "Outage.h"
 #include "Output.h"
 #include "Text.h"
 
@@ -35,6 +36,7 @@ RuleInput::RuleInput(const RuleOptions& options)
 }
 
 std::optional<Rule> RuleInput::Next() {
+  AskedForRule();
   if (!reader_) {
     if (argumentTaken_) return std::nullopt;
     argumentTaken_ = true;

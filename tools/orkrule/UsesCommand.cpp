@@ -8,6 +8,7 @@
 
 #include "MxExpression.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace ORKTOOL {
@@ -31,11 +32,18 @@ void ShowWords(const Rule& rule, const Json& answer) {
   Print(TableText(rows));
 }
 
+bool HasUnknownWord(const Json& answer) {
+  const Json& uses = answer.at("uses");
+  const auto isUnknown = [](const Json& use) { return use.at("kind") == "unknown"; };
+  return std::any_of(uses.begin(), uses.end(), isUnknown);
+}
+
 ExitStatus List(const UsesOptions& options) {
   Calls calls{EngineSetup(options.engine)};
   RuleInput input(options.rules);
   while (const std::optional<Rule> rule = input.Next()) {
     const Json answer = calls.Ask({{"op", "Uses"}, {"expression", ToUtf8(rule->text)}});
+    if (HasUnknownWord(answer)) calls.Reach();  // it may be the database that is to blame
     if (options.rules.json) {
       PrintJson(answer);
     } else {

@@ -20,6 +20,7 @@ ExitStatus Run(const WriteOptions& options) {
   while (const std::optional<Document> document = input.Next()) {
     const Json answer = calls.Ask({{"op", "Write"}, {"document", document->text}});
     const bool written = answer.at("result").get<bool>();
+    if (!written) calls.Reach();  // it may be the database that is to blame
     if (!written) status = kRefused;
     if (options.documents.json) {
       PrintJson(answer);
