@@ -100,7 +100,7 @@ TEST(Write, TellsOfDocumentsThatNoRuleGives) {
   const std::string sum = RunTool({"verify", "--document", "1 + 2"}).out;
   const ToolResult result = RunTool({"write"}, "<x/>\n" + sum + "<a>\n<b/>");
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.out, "1 + 2\n");
+  EXPECT_EQ(result.out, "\n1 + 2\n\n");
   EXPECT_EQ(result.err.rfind("orkrule: standard input:1: No rule gives this document.\n"
                              "orkrule: standard input:6: ",
                              0),

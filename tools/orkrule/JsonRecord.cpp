@@ -67,6 +67,12 @@ std::string Written(const Json& value) {
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
+/// The text of a JSON string that is known to be one.
+std::string Unquoted(const std::string& written) {
+  if (written.find('\\') == written.npos) return written.substr(1, written.size() - 2);
+  return Json::parse(written).get<std::string>();
+}
+
 void AppendMember(std::string& line, std::string_view name, std::string_view value) {
   if (line.size() > 1) line += ',';
   line.append(name).append(":").append(value);
@@ -80,7 +86,7 @@ std::optional<JsonRecord> JsonRecord::Read(const std::string& text) {
   JsonRecord record;
   for (MemberWalk walk(text); walk.Next();) {
     const std::string written(walk.Name());
-    record.Put({Json::parse(written).get<std::string>(), written, std::string(walk.Value())});
+    record.Put({Unquoted(written), written, std::string(walk.Value())});
   }
   return record;
 }
