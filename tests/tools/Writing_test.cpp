@@ -127,7 +127,9 @@ TEST(Format, TellsOfRulesThatWouldChange) {
   const ToolResult result = RunTool({"format", "--check"}, "1 + 2\n1+2\n");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "orkrule: standard input:2: the rule would be written\n1 + 2\n");
+  EXPECT_EQ(result.err,
+            "orkrule: standard input:2: the rule would be written\n1 + 2\n"
+            "orkrule: 1 of 2 rules would be written otherwise\n");
   EXPECT_EQ(RunTool({"format", "--check", "1 + 2"}).err, "");
 }
 
