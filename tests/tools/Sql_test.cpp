@@ -144,7 +144,7 @@ TEST(Sql, SplitsIntoTwoTexts) {
       RunTool({"sql", "--db", kSampleDb, "--type", "logic", "--split", "--json", rule})
           .Json()
           .at(0);
-  EXPECT_EQ(json.at("rule"), rule);
+  EXPECT_EQ(json.at("expression"), rule);
   EXPECT_EQ(json.at("dialect"), "default");
   EXPECT_EQ(json.at("where"), "(isnull([T].a,0) > 1)");
   EXPECT_EQ(json.at("having"), "(sum(isnull([T].b,0)) > 2)");
@@ -198,7 +198,7 @@ TEST(Sql, ReadsJsonLines) {
                                     "{\"expression\":\"'a'\",\"type\":\"text\"}\n"
                                     "{\"expression\":\"'a'\",\"type\":1}\n");
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.out, "1 + 2\nN'a'\n");
+  EXPECT_EQ(result.out, "1 + 2\nN'a'\n\n");
   EXPECT_EQ(result.err.rfind("orkrule: standard input:3: ", 0), 0u) << result.err;
 }
 

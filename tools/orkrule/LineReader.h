@@ -21,8 +21,8 @@ class LineReader {
   /// Is called before the reader waits for input that is not there yet.
   void set_beforeWait(std::function<void()> action) { beforeWait_ = std::move(action); }
 
-  /// Reads the next line without its line feed; false at the end. Throws `Failure` where reading
-  /// fails.
+  /// Reads the next line without its line feed; false at the end. A byte order mark at the
+  /// beginning is no part of the first one. Throws `Failure` where reading fails.
   bool Next(std::string& line);
 
   /// Number of the line that was read last, from 1.

@@ -140,20 +140,39 @@ void AddTablesOption(CLI::App& command, EngineOptions& options) {
       ->group(kWordsGroup);
 }
 
+namespace {
+
+/// Adds what is said of lines, whatever they hold.
+void AddLineOptions(CLI::App& command, RuleOptions& options, const std::string& key,
+                    const std::string& what) {
+  command.add_option("--key", options.key,
+                     "Member of JSON that holds the " + what + ", instead of " + key);
+  command.add_flag("--keep-going", options.keepGoing,
+                   "Go on behind a line that cannot be read; the exit status is 3 all the same");
+  command.add_flag("--json", options.json, "Write one JSON object a " + what);
+}
+
+}  // namespace
+
 void AddRuleOptions(CLI::App& command, RuleOptions& options) {
   CLI::Option* const rule = command.add_option(
       "RULE", options.rule, "The rule; put -- before one that begins with a minus sign");
   CLI::Option* const file =
       command
           .add_option("--file", options.file,
-                      "Read rules from a file, one a line; - is standard input, as is none")
+                      "Read rules from a file, one a line; - is standard input, as is none. "
+                      "Blank lines and those that begin with # are none")
           ->type_name("FILE");
   rule->excludes(file);
-  command
-      .add_flag("--jsonl", options.jsonLines,
-                "Lines are JSON: a text, or an object with \"expression\" and perhaps \"type\"")
-      ->excludes(rule);
-  command.add_flag("--json", options.json, "Write one JSON object a rule");
+  CLI::Option* const jsonLines = command.add_flag(
+      "--jsonl", options.jsonLines,
+      "Lines are JSON: a text, or an object with \"expression\" and perhaps \"type\"; its other "
+      "members are passed on by --json");
+  jsonLines->excludes(rule);
+  command.add_flag("--typed", options.typed, "Lines are TYPE RULE, with blanks between them")
+      ->excludes(rule)
+      ->excludes(jsonLines);
+  AddLineOptions(command, options, "expression", "rule");
 }
 
 void AddDocumentOptions(CLI::App& command, RuleOptions& options) {
@@ -165,12 +184,14 @@ void AddDocumentOptions(CLI::App& command, RuleOptions& options) {
       ->excludes(document);
   command
       .add_flag("--jsonl", options.jsonLines,
-                "Lines are JSON: a text, or an object with \"document\"")
+                "Lines are JSON: a text, or an object with \"document\"; its other members are "
+                "passed on by --json")
       ->excludes(document);
-  command.add_flag("--json", options.json, "Write one JSON object a document");
+  AddLineOptions(command, options, "document", "document");
 }
 
 void AddTypeOption(CLI::App& command, RuleOptions& options) {
+  options.needsType = true;
   AddTypeOption(command, options.type);
 }
 
