@@ -37,6 +37,21 @@ void AuthoringView::Follow(const EngineState& source, const Language* spoken) {
   engine.lexer.source = &engine.dictionaries;
 }
 
+void AuthoringView::TakeOver(const AuthoringView& other, const MxDictionarys::Stamp& now,
+                             const std::shared_ptr<bool>& asked) {
+  if (!other.isMade_ || other.source_ != now) return;
+  const bool isSame = engine.dictionaries.StampNow() == other.engine.dictionaries.StampNow();
+  if (isMade_ && source_ == now && isSame) return;
+  isMade_ = false;
+  engine = other.engine;
+  engine.dictionaries.ForbidAsking(asked);
+  source_ = now;
+  loaded_ = other.loaded_;
+  indexed_ = {};
+  index_ = {};
+  isMade_ = true;
+}
+
 const WordIndex& AuthoringView::Words() {
   const MxDictionarys::Stamp now = engine.dictionaries.StampNow();
   if (indexed_ != now || index_.All().empty()) {

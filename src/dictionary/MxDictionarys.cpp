@@ -53,9 +53,16 @@ void MxDictionarys::ForgetMissing() {
   std::erase_if(missing_, [](const auto& entry) { return entry.second.cause == kDatabaseCause; });
 }
 
-void MxDictionarys::Changed() noexcept {
+void MxDictionarys::Changed(bool content) noexcept {
   static std::atomic<std::uint64_t> last{0};
   stamp_ = ++last;
+  if (content) content_ = stamp_;
+}
+
+bool MxDictionarys::MustNotAsk() noexcept {
+  if (!forbidden_) return false;
+  *forbidden_ = true;
+  return true;
 }
 
 const MxWord* MxDictionarys::FindByDesc(std::u16string_view text) const {
@@ -70,6 +77,10 @@ bool MxDictionarys::BindTable(std::u16string_view name, MxErrorRecord& error) {
   auto missing = missing_.find(name);
   if (missing == missing_.end()) {
     if (LoadDataTable(name) == 0) return true;
+    if (forbidden_) {  // it was not asked for, so nobody knows whether it is missing
+      error = Error();
+      return false;
+    }
     missing = missing_.emplace(name, Error()).first;
   }
   error = missing->second;

@@ -176,6 +176,10 @@ void SetThreadLanguage(std::u16string_view tag) {
   hasWish = !tag.empty();
 }
 
+std::u16string WishedTag() {
+  return hasWish ? wishedTag : std::u16string{};
+}
+
 std::u16string ThreadLanguage() {
   if (hasWish) return wishedTag;
   LocaleId locale{};
