@@ -18,8 +18,8 @@ void AuthoringView::Follow(const EngineState& source, const Language* spoken) {
   } else {
     isMade_ = false;
     engine = source;
+    engine.dictionaries.BeginCall();  // what the engine missed in its last call is no matter here
     engine.dictionaries.RememberMissing();
-    engine.dictionaries.BeginCall();
     if (spoken) engine.dictionaries.SpeakLanguage(*spoken);
     source_ = now;
     loaded_.clear();

@@ -32,6 +32,7 @@ WordSource* WordsIn(MxDictionarys* dictionarys) noexcept {
 
 MxDictionarys::MxDictionarys(Language language) : base_(SharedBaseVocabulary(language)) {
   dictionaries_.EnterFixed(kBaseKey, base_->words);
+  Changed();  // sets made under two languages are not the same
 }
 
 std::u16string MxDictionarys::ErrDescription() const {

@@ -42,6 +42,7 @@ void Crew::Start(std::size_t count) {
     const std::lock_guard lock(mutex_);
     done_.assign((count + kBlock - 1) / kBlock, false);
     settings_ = ThreadSettings();
+    ++list_;
     count_ = count;
     next_ = held_ = known_ = 0;
     fault_ = nullptr;
@@ -90,18 +91,18 @@ void Crew::ThrowFault() const {
 }
 
 void Crew::Run(std::size_t worker) {
-  std::optional<ThreadSettings::Scope> scope;
-  while (const std::optional<std::size_t> first = Claim(scope)) Do(worker, *first, scope);
+  Manner manner;
+  while (const std::optional<std::size_t> first = Claim(manner)) Do(worker, *first, manner);
 }
 
 bool Crew::CanClaim() const noexcept {
   return next_ < std::min(halt_.load(), count_) && held_ <= kMostHeld;
 }
 
-std::optional<std::size_t> Crew::Claim(std::optional<ThreadSettings::Scope>& scope) {
+std::optional<std::size_t> Crew::Claim(Manner& manner) {
   std::unique_lock lock(mutex_);
   while (!isOver_ && !CanClaim()) {
-    scope.reset();
+    manner.scope.reset();
     forWork_.wait(lock);
   }
   if (isOver_) return std::nullopt;
@@ -111,11 +112,13 @@ std::optional<std::size_t> Crew::Claim(std::optional<ThreadSettings::Scope>& sco
   return first;
 }
 
-void Crew::Do(std::size_t worker, std::size_t first, std::optional<ThreadSettings::Scope>& scope) {
+void Crew::Do(std::size_t worker, std::size_t first, Manner& manner) {
   std::size_t bytes = 0;
   std::exception_ptr fault;
   try {
-    if (!scope) scope.emplace(settings_);
+    if (manner.list != list_) manner.scope.reset();
+    manner.list = list_;
+    if (!manner.scope) manner.scope.emplace(settings_);
     const std::size_t end = std::min(first + kBlock, count_);
     for (std::size_t item = first; item < end && item < halt_; ++item) bytes += work_(worker, item);
   } catch (...) {

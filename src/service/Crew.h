@@ -45,10 +45,16 @@ class Crew {
  private:
   static constexpr std::size_t kBlock = 16;  // items that a worker takes at once
 
+  /// The settings that a worker has taken over, and for which list.
+  struct Manner {
+    std::optional<ThreadSettings::Scope> scope;
+    std::size_t list = 0;
+  };
+
   void Run(std::size_t worker);
   /// The first item of a block that is now the worker's; nothing at the end of all work.
-  std::optional<std::size_t> Claim(std::optional<ThreadSettings::Scope>& scope);
-  void Do(std::size_t worker, std::size_t first, std::optional<ThreadSettings::Scope>& scope);
+  std::optional<std::size_t> Claim(Manner& manner);
+  void Do(std::size_t worker, std::size_t first, Manner& manner);
   void HandIn(std::size_t first, std::size_t bytes, std::exception_ptr fault);
   bool CanClaim() const noexcept;
   void EndThreads() noexcept;
@@ -60,6 +66,7 @@ class Crew {
   std::condition_variable forWork_;
   std::condition_variable forResults_;
   ThreadSettings settings_;
+  std::size_t list_ = 0;  // number of the list
   std::size_t count_ = 0;
   std::size_t next_ = 0;    // the first item that nobody has claimed
   std::size_t active_ = 0;  // workers with a block
