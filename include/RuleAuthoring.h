@@ -217,6 +217,7 @@ class ORKRULE_EXPORT RuleAuthoring {
   bool Fields(const std::u16string& table, std::vector<RuleField>& fields);
 
  private:
+  friend struct AuthoringAccess;
   struct ORKRULE_LOCAL State;
   std::unique_ptr<State> state_;
 };

@@ -192,6 +192,10 @@ std::u16string TagOfLanguage(LanguageId language) {
   return U_SUCCESS(status) ? TagOfLocale(locale) : std::u16string{};
 }
 
+std::u16string WishedTag() {
+  return hasWish ? wishedTag : std::u16string{};
+}
+
 std::u16string ThreadLanguage() {
   if (hasWish) return wishedTag;
   LocaleId locale{};

@@ -21,6 +21,9 @@ struct Language {
 /// The language of the calling thread.
 Language CurrentLanguage() noexcept;
 
+/// The tag that `SetThreadLanguage` set for the calling thread, empty for none.
+std::u16string WishedTag();
+
 /// The language of a BCP 47 tag such as u"zh-CN", whatever thread asks.
 Language LanguageNamed(std::u16string_view tag) noexcept;
 

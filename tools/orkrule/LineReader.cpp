@@ -47,6 +47,14 @@ bool LineReader::Next(std::string& line) {
   return true;
 }
 
+bool LineReader::NextWithoutWaiting(std::string& line) {
+  while (buffer_.find('\n', searched_) == buffer_.npos) {
+    searched_ = buffer_.size();
+    if (!InputWaiting() || !Fill()) return false;
+  }
+  return Next(line);
+}
+
 bool LineReader::Fill() {
   buffer_.erase(0, begin_);
   searched_ -= begin_;
