@@ -53,6 +53,7 @@ TEST(Usage, OfAWrongCommandLineTellsWhatMayHaveBeenMeant) {
       {{"sql", "--dialekt", "x"},     "unknown option \"--dialekt\"; did you mean \"--dialect\"?", "orkrule sql"},
       {{"sql", "--dialekt=x", "1"},   "unknown option \"--dialekt\"; did you mean \"--dialect\"?", "orkrule sql"},
       {{"sql", "-q", "1"},            "unknown option \"-q\"", "orkrule sql"},
+      {{"sql", "-T.a + 2"},             "\"-T.a + 2\" begins as an option does; put -- before such a rule", "orkrule sql"},
       {{"sql", "1", "2"},             "there is no place for the argument \"2\"", "orkrule sql"},
       {{"sql", "--type", "nubmer"},   "--type: \"nubmer\" is neither the name nor the number of a type; did you mean \"number\"?", "orkrule sql"},
       {{"sql", "--dialect", "orcle"}, "--dialect: \"orcle\" is none of the dialects default, oracle, dm, kingbase, opengauss, all; did you mean \"oracle\"?", "orkrule sql"},

@@ -101,7 +101,7 @@ std::string Commands(const CLI::App& app) {
   return Group("Commands", entries);
 }
 
-std::string Usage(const CLI::App& app, const std::string& name) {
+std::string UsageLine(const CLI::App& app, const std::string& name) {
   std::string usage = "Usage: " + name + " [OPTIONS]";
   if (!ShownCommands(app).empty()) usage += " COMMAND";
   for (const CLI::Option* option : app.get_options()) {
@@ -162,7 +162,7 @@ std::string Footer(const CLI::App& app) {
 
 std::string HelpFormatter::make_help(const CLI::App* app, std::string name,
                                      CLI::AppFormatMode /*mode*/) const {
-  return Usage(*app, name) + Filled(app->get_description(), 0) + "\n" + Arguments(*app) +
+  return UsageLine(*app, name) + Filled(app->get_description(), 0) + "\n" + Arguments(*app) +
          Commands(*app) + Options(*app) + Footer(*app);
 }
 

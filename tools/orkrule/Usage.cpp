@@ -3,6 +3,7 @@
 #include "DidYouMean.h"
 
 #include <algorithm>
+#include <cctype>
 #include <sstream>
 
 namespace ORKTOOL {
@@ -21,6 +22,10 @@ std::string PathText(const std::vector<const CLI::App*>& path) {
   std::vector<std::string> names;
   for (const CLI::App* app : path) names.push_back(app->get_name());
   return Joined(names, " ");
+}
+
+std::string WhereHelpIs(const std::vector<const CLI::App*>& path) {
+  return "Try '" + PathText(path) + " --help' for how it is used.";
 }
 
 std::vector<std::string> LongNamesOf(const CLI::App& app) {
@@ -45,8 +50,19 @@ std::string UnknownOption(const CLI::App& app, const std::string& argument) {
   return text + DidYouMean(name, LongNamesOf(app));
 }
 
+/// A rule that begins with a minus sign looks like short options.
+bool LooksLikeRule(const CLI::App& app, const std::string& argument) {
+  const bool isShortOption =
+      argument.size() == 2 && std::isalpha(static_cast<unsigned char>(argument[1])) != 0;
+  return app.get_option_no_throw("RULE") != nullptr && argument[1] != '-' && !isShortOption;
+}
+
 std::string Surplus(const CLI::App& app, const std::string& argument) {
-  if (argument.size() > 1 && argument.front() == '-') return UnknownOption(app, argument);
+  const bool isOption = argument.size() > 1 && argument.front() == '-';
+  if (isOption && LooksLikeRule(app, argument)) {
+    return "\"" + argument + "\" begins as an option does; put -- before such a rule";
+  }
+  if (isOption) return UnknownOption(app, argument);
   if (!ShownCommands(app).empty()) return UnknownCommand(app, argument);
   return "there is no place for the argument \"" + argument + "\"";
 }
@@ -130,8 +146,7 @@ std::string UnknownCommand(const CLI::App& app, const std::string& name) {
 
 std::string UsageError(const CLI::App& tool, const CLI::ParseError& error) {
   const std::vector<const CLI::App*> path = PathOf(tool);
-  return "orkrule: " + Problem(path, error) + "\nTry '" + PathText(path) +
-         " --help' for how it is used.\n";
+  return "orkrule: " + Problem(path, error) + "\n" + WhereHelpIs(path) + "\n";
 }
 
 }  // namespace ORKTOOL
