@@ -105,9 +105,11 @@ class Conversation {
 };
 
 TEST(BatchStream, AnswersWhileTheCallerWaits) {
-  for (const bool flush : {false, true}) {
-    std::vector<std::string> arguments{"batch"};
-    if (flush) arguments.emplace_back("--flush");
+  const std::vector<std::string> runs[] = {{"batch"},
+                                           {"batch", "--flush"},
+                                           {"batch", "--jobs", "2"},
+                                           {"batch", "--jobs", "2", "--flush"}};
+  for (const std::vector<std::string>& arguments : runs) {
     Conversation tool(arguments);
     tool.Say("{\"op\":\"drop\",\"object\":\"main\",\"id\":1}\n");
     EXPECT_EQ(tool.Hear(), "{\"id\":1}\n");

@@ -35,6 +35,15 @@ TEST(AtATerminal, CommandsWithoutInputShowHowTheyAreUsed) {
   }
 }
 
+TEST(AtATerminal, AWrongOptionIsToldOfRatherThanTheMissingRule) {
+  Terminal terminal({"sql", "--jsonll"});
+  NEEDS_TERMINAL(terminal);
+  const std::string seen = terminal.ReadAll();
+  EXPECT_EQ(terminal.Wait(), 2) << seen;
+  EXPECT_NE(seen.find("--jsonll"), seen.npos) << seen;
+  EXPECT_EQ(seen.find("there is no rule"), seen.npos) << seen;
+}
+
 TEST(AtATerminal, TheUsageGoesToStandardError) {
   const int null = open("/dev/null", O_WRONLY | O_CLOEXEC);
   Terminal terminal({"sql"}, -1, null);
@@ -72,12 +81,12 @@ TEST(AtATerminal, BatchTellsWhatItWaitsForAndAnswersEachLine) {
   EXPECT_EQ(terminal.Wait(), 0);
 }
 
-TEST(AtATerminal, BatchIsSilentWhereItsInputComesFromElsewhere) {
+TEST(AtATerminal, BatchHintsAtNothingWhereItsInputComesFromElsewhere) {
   const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
   Terminal terminal({"batch"}, null);
   close(null);
   NEEDS_TERMINAL(terminal);
-  EXPECT_EQ(terminal.ReadAll(), "");
+  EXPECT_EQ(terminal.ReadAll(), "orkrule: 0 lines answered, 0 refused, 0 bad\r\n");
   EXPECT_EQ(terminal.Wait(), 0);
 }
 
@@ -86,11 +95,15 @@ TEST(AtATerminal, CtrlCEndsTheWaitForALine) {
     std::vector<std::string> arguments;
     std::string typed;
     std::string answer;
+    std::string count;  // told at the end
   };
   const Row rows[] = {
-      {{"batch"}, "{\"op\":\"new\"}\n", "{\"errNumber\":0,\"errDescription\":\"\"}\r\n"},
-      {{"sql", "--file", "-"}, "1+2\n", "1 + 2\r\n"},
-      {{"write", "--jsonl", "--file", "-"}, "\"x\"\n", "document"},
+      {{"batch"},
+       "{\"op\":\"new\"}\n",
+       "{\"errNumber\":0,\"errDescription\":\"\"}\r\n",
+       "orkrule: 1 lines answered, 0 refused, 0 bad\r\n"},
+      {{"sql", "--file", "-"}, "1+2\n", "1 + 2\r\n", ""},
+      {{"write", "--jsonl", "--file", "-"}, "\"x\"\n", "document", ""},
   };
   for (const Row& row : rows) {
     Terminal terminal(row.arguments);
@@ -102,7 +115,7 @@ TEST(AtATerminal, CtrlCEndsTheWaitForALine) {
     terminal.Type(kCtrlC);
     const std::string seen = terminal.ReadAll();
     EXPECT_EQ(terminal.Wait(), kByCtrlC) << seen;
-    EXPECT_TRUE(seen.ends_with("half a line^C")) << seen;  // no answer, no message
+    EXPECT_TRUE(seen.ends_with("half a line^C" + row.count)) << seen;  // and no answer
   }
 }
 

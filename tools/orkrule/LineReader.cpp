@@ -13,6 +13,7 @@ namespace ORKTOOL {
 namespace {
 
 constexpr std::size_t kBlock = 1 << 16;
+constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
@@ -44,7 +45,16 @@ bool LineReader::Next(std::string& line) {
   begin_ = end == buffer_.npos ? buffer_.size() : end + 1;
   searched_ = begin_;
   ++number_;
+  if (number_ == 1 && line.starts_with(kByteOrderMark)) line.erase(0, 3);
   return true;
+}
+
+bool LineReader::NextWithoutWaiting(std::string& line) {
+  while (buffer_.find('\n', searched_) == buffer_.npos) {
+    searched_ = buffer_.size();
+    if (!InputWaiting() || !Fill()) return false;
+  }
+  return Next(line);
 }
 
 bool LineReader::Fill() {

@@ -25,8 +25,11 @@ class LineReader {
   void set_beforeWait(std::function<void()> action) { beforeWait_ = std::move(action); }
 
   /// Reads the next line without its line feed; false at the end, and when the process was asked to
-  /// end. Throws `Failure` where reading fails.
+  /// end. A byte order mark at the beginning is no part of the first one. Throws `Failure` where
+  /// reading fails.
   bool Next(std::string& line);
+  /// The same, but false too where the next line is not there yet.
+  bool NextWithoutWaiting(std::string& line);
 
   /// Number of the line that was read last, from 1.
   std::size_t Number() const noexcept { return number_; }
