@@ -16,6 +16,11 @@ if(TARGET orkrule)
   install(TARGETS orkrule RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
   file(RELATIVE_PATH bin_to_library ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(orkrule PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_library}")
+  # Under the names by which both shells find it.
+  install(FILES ${orkrule_completion_folder}/bash DESTINATION
+    ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME orkrule)
+  install(FILES ${orkrule_completion_folder}/zsh DESTINATION
+    ${CMAKE_INSTALL_DATADIR}/zsh/site-functions RENAME _orkrule)
 endif()
 
 install(EXPORT OrkRuleTargets NAMESPACE OrkRule:: DESTINATION ${orkrule_package_folder})

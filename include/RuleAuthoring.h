@@ -153,6 +153,11 @@ struct RuleField {
 ORKRULE_EXPORT std::u16string ApplyFirstFixes(std::u16string_view rule,
                                               std::span<const RuleProblem> problems);
 
+/// The name that looks most like a text, in any case; empty where none is near. For programs that
+/// ask back "did you mean".
+ORKRULE_EXPORT std::u16string_view NearestName(std::u16string_view text,
+                                               std::span<const std::u16string_view> names);
+
 /// The calls behind a rule editor, over an engine that it refers to and does not own. They see what
 /// the engine has loaded and load further tables that a rule names for themselves alone: what the
 /// engine answers is as if none had been made. Goes with its engine in one thread at a time, and
@@ -212,6 +217,7 @@ class ORKRULE_EXPORT RuleAuthoring {
   bool Fields(const std::u16string& table, std::vector<RuleField>& fields);
 
  private:
+  friend struct AuthoringAccess;
   struct ORKRULE_LOCAL State;
   std::unique_ptr<State> state_;
 };

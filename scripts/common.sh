@@ -11,8 +11,10 @@ build_packages=(
   binutils-mingw-w64-x86-64
   libcli11-dev nlohmann-json3-dev
 )
-# What the tests need beyond that: locales of their own, databases that run and read the SQL.
+# What the tests need beyond that: manual pages and another shell, which a build goes without;
+# locales of their own, databases that run and read the SQL.
 test_packages=(
+  help2man zsh
   libgtest-dev locales
   libsqliteodbc odbc-postgresql
   postgresql-15 postgresql-15-orafce libpg-query-dev

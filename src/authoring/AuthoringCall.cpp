@@ -18,8 +18,8 @@ void AuthoringView::Follow(const EngineState& source, const Language* spoken) {
   } else {
     isMade_ = false;
     engine = source;
+    engine.dictionaries.BeginCall();  // what the engine missed in its last call is no matter here
     engine.dictionaries.RememberMissing();
-    engine.dictionaries.BeginCall();
     if (spoken) engine.dictionaries.SpeakLanguage(*spoken);
     source_ = now;
     loaded_.clear();
@@ -35,6 +35,21 @@ void AuthoringView::Follow(const EngineState& source, const Language* spoken) {
   }
   engine.dictionaries.BeginCall();
   engine.lexer.source = &engine.dictionaries;
+}
+
+void AuthoringView::TakeOver(const AuthoringView& other, const MxDictionarys::Stamp& now,
+                             const std::shared_ptr<bool>& asked) {
+  if (!other.isMade_ || other.source_ != now) return;
+  const bool isSame = engine.dictionaries.StampNow() == other.engine.dictionaries.StampNow();
+  if (isMade_ && source_ == now && isSame) return;
+  isMade_ = false;
+  engine = other.engine;
+  engine.dictionaries.ForbidAsking(asked);
+  source_ = now;
+  loaded_ = other.loaded_;
+  indexed_ = {};
+  index_ = {};
+  isMade_ = true;
 }
 
 const WordIndex& AuthoringView::Words() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <forward_list>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +47,12 @@ class AuthoringView {
   /// Follows the engine: begins anew where it has loaded, renamed or refreshed. `spoken`: the
   /// language of the words, null for that of the engine.
   void Follow(const EngineState& source, const Language* spoken);
+
+  /// Becomes a copy of the same view of an engine of which `engine` is a reading copy, unless it is
+  /// one already. `now`: the stamp of both engines; what that view holds of another state is of no
+  /// use.
+  void TakeOver(const AuthoringView& other, const MxDictionarys::Stamp& now,
+                const std::shared_ptr<bool>& asked);
 
   EngineState engine;
 

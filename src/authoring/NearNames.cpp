@@ -1,6 +1,7 @@
 #include "authoring/NearNames.h"
 
 #include "MxRuleEnums.h"
+#include "RuleAuthoring.h"
 
 #include <algorithm>
 #include <array>
@@ -169,6 +170,20 @@ std::vector<NearName> NearNamesOf(const WordIndex& index, std::u16string_view na
   std::partial_sort(near.begin(), kept, near.end(), isBefore);
   near.erase(kept, near.end());
   return near;
+}
+
+std::u16string_view NearestName(std::u16string_view text,
+                                std::span<const std::u16string_view> names) {
+  const std::u16string folded = Folded(text.substr(0, kLongest + 1));
+  std::u16string_view nearest;
+  std::size_t least = kFar;
+  for (const std::u16string_view name : names) {
+    const std::size_t distance = Nearness(folded, Folded(name), kLongest);
+    if (distance >= least) continue;
+    nearest = name;
+    least = distance;
+  }
+  return nearest;
 }
 
 }  // namespace ORKBASE

@@ -2,6 +2,7 @@
 #include "RuleAuthoring.h"
 
 #include "authoring/AuthoringCall.h"
+#include "authoring/AuthoringCopy.h"
 #include "authoring/Capabilities.h"
 #include "authoring/Check.h"
 #include "authoring/Completion.h"
@@ -54,6 +55,22 @@ struct RuleAuthoring::State {
   MxErrorRecord error;
   std::map<Spoken, AuthoringView> views;
 };
+
+void AuthoringAccess::TakeOver(RuleAuthoring& copy, const RuleAuthoring& source,
+                               const std::shared_ptr<bool>& asked) {
+  const MxDictionarys::Stamp now = source.state_->source.dictionaries.StampNow();
+  for (const auto& [spoken, view] : source.state_->views) {
+    copy.state_->views[spoken].TakeOver(view, now, asked);
+  }
+}
+
+std::vector<MxDictionarys::Stamp> AuthoringAccess::Stamps(const RuleAuthoring& authoring) {
+  std::vector<MxDictionarys::Stamp> stamps{authoring.state_->source.dictionaries.StampNow()};
+  for (const auto& entry : authoring.state_->views) {
+    stamps.push_back(entry.second.engine.dictionaries.StampNow());
+  }
+  return stamps;
+}
 
 RuleAuthoring::RuleAuthoring(const MxExpression& engine)
     : state_(std::make_unique<State>(engine)) {}

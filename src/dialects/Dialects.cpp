@@ -27,11 +27,11 @@ constexpr DialectRow Row(RuleDialect dialect, ORKDB::OdbcDriver driver) {
 /// Number, name, other names; driver, key of the port, what asks for encryption and for reading
 /// only, what always stands there.
 constexpr DialectRow kDialects[] = {
-    Row<MxSql92Translator>    ({kSqlServerDs, u"default",   u"sqlserver,mssql,tsql"}, {u"FreeTDS",            u"Port",     u"Encryption=require;", u"ApplicationIntent=ReadOnly;", u"TDS_Version=7.4;"}),
-    Row<MxPLsqlTranslator>    ({kOracleDs,    u"oracle",    u"plsql"},                {u"Oracle",             u"",         u"",                    u"",                            u""}),
-    Row<MxDMTranslator>       ({kDMDs,        u"dm",        u""},                     {u"DM",                 u"TCP_PORT", u"",                    u"",                            u""}),
-    Row<MxKingbaseTranslator> ({kKingbaseDs,  u"kingbase",  u"kingbasees"},           {u"Kingbase",           u"Port",     u"SSLmode=require;",    u"ReadOnly=1;",                 u""}),
-    Row<MxOpenGaussTranslator>({kOpenGaussDs, u"opengauss", u""},                     {u"PostgreSQL Unicode", u"Port",     u"SSLmode=require;",    u"ReadOnly=1;",                 u""}),
+    Row<MxSql92Translator>    ({kSqlServerDs, u"default",   u"sqlserver,mssql,tsql,transactsql"}, {u"FreeTDS",            u"Port",     u"Encryption=require;", u"ApplicationIntent=ReadOnly;", u"TDS_Version=7.4;"}),
+    Row<MxPLsqlTranslator>    ({kOracleDs,    u"oracle",    u"ora,oracledb,plsql"},               {u"Oracle",             u"",         u"",                    u"",                            u""}),
+    Row<MxDMTranslator>       ({kDMDs,        u"dm",        u"dameng,dmdb,dm8"},                  {u"DM",                 u"TCP_PORT", u"",                    u"",                            u""}),
+    Row<MxKingbaseTranslator> ({kKingbaseDs,  u"kingbase",  u"kingbasees,kdb,kes"},               {u"Kingbase",           u"Port",     u"SSLmode=require;",    u"ReadOnly=1;",                 u""}),
+    Row<MxOpenGaussTranslator>({kOpenGaussDs, u"opengauss", u"gauss,gaussdb"},                    {u"PostgreSQL Unicode", u"Port",     u"SSLmode=require;",    u"ReadOnly=1;",                 u""}),
 };
 // clang-format on
 
@@ -40,6 +40,18 @@ constexpr auto kRuleDialects = [] {
   for (std::size_t i = 0; i < all.size(); ++i) all[i] = kDialects[i].dialect;
   return all;
 }();
+
+bool IsMark(char16_t c) noexcept {
+  return c == u' ' || c == u'-' || c == u'_' || c == u'/';
+}
+
+/// In small letters, without what some put between them: SQL Server, T-SQL, PL/SQL.
+std::u16string PlainName(std::u16string_view name) {
+  std::u16string plain = ToLower(name);
+  const bool isWhole = !plain.empty() && !IsMark(plain.front()) && !IsMark(plain.back());
+  if (isWhole) std::erase_if(plain, IsMark);
+  return plain;
+}
 
 }  // namespace
 
@@ -59,9 +71,9 @@ std::span<const RuleDialect> RuleDialects() {
 }
 
 const RuleDialect* FindRuleDialect(std::u16string_view name) {
-  const std::u16string lower = ToLower(name);
+  const std::u16string plain = PlainName(name);
   for (const RuleDialect& dialect : kRuleDialects) {
-    if (dialect.name == lower || IsListItem(dialect.otherNames, lower)) return &dialect;
+    if (dialect.name == plain || IsListItem(dialect.otherNames, plain)) return &dialect;
   }
   return nullptr;
 }

@@ -136,7 +136,7 @@ void MxDictionarys::Connect(const std::u16string& server, std::int32_t port,
 
 template <class Ask>
 std::unique_ptr<ORKDB::CDBRecordSet> MxDictionarys::Query(Ask ask) {
-  if (!connection_ || !connection_->accessor) {
+  if (!connection_ || !connection_->accessor || MustNotAsk()) {
     Fail(MakeError(kRequestCause, kMsgNoConnection));
     return nullptr;
   }
@@ -227,7 +227,8 @@ std::int32_t MxDictionarys::LoadDataTables(std::u16string_view list) {
 
 std::int32_t MxDictionarys::LoadDataTable(std::u16string_view name) {
   if (Find(KeyOf(kDataTableMark, name))) return 0;
-  Changed();  // also where there is none: who asks anew wants the answer of now
+  if (connection_ && MustNotAsk()) return Fail(MakeError(kRequestCause, kMsgNoConnection));
+  Changed(false);  // also where there is none: who asks anew wants the answer of now
   const Dictionary dictionary = ReadDataTable(name);
   if (!dictionary) return ErrNumber();
   Enter(dictionary->name, dictionary);

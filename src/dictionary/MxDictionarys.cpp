@@ -32,6 +32,7 @@ WordSource* WordsIn(MxDictionarys* dictionarys) noexcept {
 
 MxDictionarys::MxDictionarys(Language language) : base_(SharedBaseVocabulary(language)) {
   dictionaries_.EnterFixed(kBaseKey, base_->words);
+  Changed();  // sets made under two languages are not the same
 }
 
 std::u16string MxDictionarys::ErrDescription() const {
@@ -53,9 +54,16 @@ void MxDictionarys::ForgetMissing() {
   std::erase_if(missing_, [](const auto& entry) { return entry.second.cause == kDatabaseCause; });
 }
 
-void MxDictionarys::Changed() noexcept {
+void MxDictionarys::Changed(bool content) noexcept {
   static std::atomic<std::uint64_t> last{0};
   stamp_ = ++last;
+  if (content) content_ = stamp_;
+}
+
+bool MxDictionarys::MustNotAsk() noexcept {
+  if (!forbidden_) return false;
+  *forbidden_ = true;
+  return true;
 }
 
 const MxWord* MxDictionarys::FindByDesc(std::u16string_view text) const {
@@ -70,6 +78,10 @@ bool MxDictionarys::BindTable(std::u16string_view name, MxErrorRecord& error) {
   auto missing = missing_.find(name);
   if (missing == missing_.end()) {
     if (LoadDataTable(name) == 0) return true;
+    if (forbidden_) {  // it was not asked for, so nobody knows whether it is missing
+      error = Error();
+      return false;
+    }
     missing = missing_.emplace(name, Error()).first;
   }
   error = missing->second;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "DataAccess.h"
@@ -64,6 +65,12 @@ class MxDictionarys final : public WordSource {
     friend bool operator==(const Stamp&, const Stamp&) = default;
   };
   Stamp StampNow() const noexcept { return {stamp_, dictionaries_.SharedVersion()}; }
+  /// The same, but loads that found nothing leave it: only what words are found counts.
+  Stamp ContentNow() const noexcept { return {content_, dictionaries_.SharedVersion()}; }
+
+  /// For a copy that serves calls beside its source: what would ask the database fails from now on,
+  /// leaves no trace, and sets `asked`. Copies of this copy do the same.
+  void ForbidAsking(std::shared_ptr<bool> asked) noexcept { forbidden_ = std::move(asked); }
 
   /// For a copy that serves questions beside the engine: gives every word the display form that it
   /// would have if all had been built and loaded under a language. What was read stays.
@@ -136,12 +143,16 @@ class MxDictionarys final : public WordSource {
   /// False where a word becomes too long.
   bool RenameFields(DictionaryMap::Change& change, std::u16string_view list) const;
 
-  /// Makes the stamp another.
-  void Changed() noexcept;
+  /// Makes the stamp another; `content`: that of the content too.
+  void Changed(bool content = true) noexcept;
+  /// Whether the database may not be asked; it is noted that a call wants to.
+  bool MustNotAsk() noexcept;
   void ForgetMissing();
 
   LastError error_;
   std::uint64_t stamp_ = 0;
+  std::uint64_t content_ = 0;
+  std::shared_ptr<bool> forbidden_;  ///< null where the database may be asked
   bool remembersMissing_ = false;
   std::shared_ptr<Connection> connection_;
   std::uint64_t load_ = 0;  ///< number that the connection gave to this call's load; 0 for none yet

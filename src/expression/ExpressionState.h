@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "MxExpression.h"
@@ -55,6 +56,7 @@ struct EngineState {
   std::u16string rtId;
   ORKDB_DSType_ENUM dsType = kSqlServerDs;
   LastError error;
+  std::uint64_t verdicts = 0;  ///< how many calls have set the error pair; not copied
 };
 
 struct MxExpression::State : EngineState {};
@@ -68,6 +70,10 @@ constexpr MXRULE_DATATYPE ParsedType(MXRULE_DATATYPE type) noexcept {
 /// For what stands beside the facade and works on copies of its state.
 struct EngineAccess {
   static const EngineState& Of(const MxExpression& engine) noexcept { return *engine.state_; }
+  static EngineState& Of(MxExpression& engine) noexcept { return *engine.state_; }
+  static void SetErrorPair(MxExpression& engine, std::int32_t number, std::u16string description) {
+    engine.myRaiseError(number, std::move(description));
+  }
 };
 
 }  // namespace ORKBASE

@@ -70,6 +70,7 @@ const MxErrorRecord& MxExpression::errRecord() const noexcept {
 void MxExpression::Reset() noexcept {
   ResetError();
   state_->error.Clear();
+  ++state_->verdicts;
 }
 
 void MxExpression::Raise(MxErrorRecord error) {

@@ -57,6 +57,21 @@ std::u16string MessageFile::Text(std::int32_t number, LanguageId thread, Languag
   return {};
 }
 
+std::vector<LanguageId> MessageFile::Languages() const {
+  std::vector<LanguageId> all;
+  std::uint32_t id = 0;
+  std::uint32_t target = 0;
+  for (Directory blocks = blocks_; TakeEntry(blocks, id, target);) {
+    if (!(target & kIsDirectory)) continue;
+    Directory languages = OpenDirectory(resources_ + (target & ~kIsDirectory));
+    while (TakeEntry(languages, id, target)) {
+      const auto language = static_cast<LanguageId>(id);
+      if (std::find(all.begin(), all.end(), language) == all.end()) all.push_back(language);
+    }
+  }
+  return all;
+}
+
 bool MessageFile::Read16(std::uint64_t offset, std::uint32_t& value) const noexcept {
   if (offset > bytes_.size() || bytes_.size() - offset < 2) return false;
   const std::byte* at = bytes_.data() + offset;

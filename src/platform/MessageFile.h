@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace ORKBASE {
 
@@ -42,6 +43,9 @@ class MessageFile {
   /// A block of `thread` that ends before the text does gives 512 blanks, and nothing is tried
   /// after it.
   std::u16string Text(std::int32_t number, LanguageId thread, LanguageId user) const;
+
+  /// The languages that have texts, each once, in the order of the file.
+  std::vector<LanguageId> Languages() const;
 
  private:
   enum class Outcome { kNoText, kText, kBlockTooShort };

@@ -3,6 +3,7 @@
 #include "platform/MessageTexts.h"
 
 #include "OrkPlatform.h"
+#include "foundation/Text.h"
 #include "platform/MessageFile.h"
 
 #include <dlfcn.h>
@@ -19,6 +20,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ORKBASE {
@@ -68,30 +70,58 @@ std::span<const std::byte> ReadFile(const std::string& path) {
   return {kept, bytes.size()};
 }
 
-MessageFile OpenMessageFile() {
+/// The message file of this process, and where it lies.
+struct OpenedFile {
+  std::string path;
+  MessageFile file;
+};
+
+OpenedFile OpenMessageFile() {
   const std::string own = OwnPath();
   const std::size_t slash = own.rfind('/');
   if (slash == std::string::npos) return {};
-  return MessageFile(ReadFile(own.substr(0, slash + 1) + kFileName));
+  const std::string path = own.substr(0, slash + 1) + kFileName;
+  return {path, MessageFile(ReadFile(path))};
 }
 
-const MessageFile& ProcessMessages() {
-  static const MessageFile file = OpenMessageFile();
-  return file;
+const OpenedFile& ProcessMessages() {
+  static const OpenedFile opened = OpenMessageFile();
+  return opened;
 }
 
 // Opened when the library is loaded: its path may be relative to a directory that the program
 // leaves later.
-[[maybe_unused]] const MessageFile& openedAtLoad = ProcessMessages();
+[[maybe_unused]] const OpenedFile& openedAtLoad = ProcessMessages();
 
 }  // namespace
 
 std::u16string LoadMessage(std::int32_t number, Language language) {
-  return ProcessMessages().Text(number, language.wished, language.user);
+  return ProcessMessages().file.Text(number, language.wished, language.user);
 }
 
 std::u16string MessageText(std::int32_t number) {
   return LoadMessage(number);
+}
+
+std::u16string MessageFilePath() {
+  return Utf8ToWide(ProcessMessages().path);
+}
+
+std::vector<std::u16string> MessageLanguages() {
+  std::vector<std::u16string> tags;
+  for (const LanguageId language : ProcessMessages().file.Languages()) {
+    std::u16string tag = TagOfLanguage(language);
+    if (!tag.empty()) tags.push_back(std::move(tag));
+  }
+  return tags;
+}
+
+bool HasMessageLanguage(std::u16string_view tag) {
+  const LanguageId wished = PrimaryLanguage(LanguageOfTag(tag));
+  const std::vector<LanguageId> languages = ProcessMessages().file.Languages();
+  return wished != 0 && std::any_of(languages.begin(), languages.end(), [wished](LanguageId each) {
+           return PrimaryLanguage(each) == wished;
+         });
 }
 
 }  // namespace ORKBASE

@@ -122,6 +122,14 @@ bool ReadTag(std::u16string_view tag, LocaleId& ascii) noexcept {
   return true;
 }
 
+std::u16string TagOfLocale(const LocaleId& locale) {
+  LocaleId tag{};
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int32_t length =
+      uloc_toLanguageTag(locale.data(), tag.data(), ULOC_FULLNAME_CAPACITY, false, &status);
+  return U_SUCCESS(status) ? std::u16string(tag.data(), tag.data() + length) : std::u16string{};
+}
+
 LanguageId ReadUserLanguage() noexcept {
   for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
     const char* const value = std::getenv(variable);
@@ -188,15 +196,22 @@ LanguageScope::~LanguageScope() {
   hasWish = hadWish_;
 }
 
+std::u16string TagOfLanguage(LanguageId language) {
+  if (language == 0) return {};
+  LocaleId locale{};
+  UErrorCode status = U_ZERO_ERROR;
+  uloc_getLocaleForLCID(language, locale.data(), ULOC_FULLNAME_CAPACITY, &status);
+  return U_SUCCESS(status) ? TagOfLocale(locale) : std::u16string{};
+}
+
+std::u16string WishedTag() {
+  return hasWish ? wishedTag : std::u16string{};
+}
+
 std::u16string ThreadLanguage() {
   if (hasWish) return wishedTag;
   LocaleId locale{};
-  LocaleId tag{};
-  if (!ReadLocaleName(MessageLocaleName(), locale)) return {};
-  UErrorCode status = U_ZERO_ERROR;
-  const std::int32_t length =
-      uloc_toLanguageTag(locale.data(), tag.data(), ULOC_FULLNAME_CAPACITY, false, &status);
-  return U_SUCCESS(status) ? std::u16string(tag.data(), tag.data() + length) : std::u16string{};
+  return ReadLocaleName(MessageLocaleName(), locale) ? TagOfLocale(locale) : std::u16string{};
 }
 
 }  // namespace ORKBASE

@@ -21,6 +21,9 @@ struct Language {
 /// The language of the calling thread.
 Language CurrentLanguage() noexcept;
 
+/// The tag that `SetThreadLanguage` set for the calling thread, empty for none.
+std::u16string WishedTag();
+
 /// The language of a BCP 47 tag such as u"zh-CN", whatever thread asks.
 Language LanguageNamed(std::u16string_view tag) noexcept;
 
@@ -50,5 +53,8 @@ LanguageId LanguageOfLocaleName(std::string_view name) noexcept;
 
 /// Of a BCP 47 tag such as u"zh-CN" or u"en"; 0 for what is unknown.
 LanguageId LanguageOfTag(std::u16string_view tag) noexcept;
+
+/// BCP 47 tag of a language; empty for 0 and what has none.
+std::u16string TagOfLanguage(LanguageId language);
 
 }  // namespace ORKBASE

@@ -155,6 +155,8 @@ void RunCheck(Call& call) {
   }
   const std::vector<RuleProblem> problems = InItsLanguage(call).Check(
       TypeField(call), call.Text("expression"), databases, call.Boolean("twoParts"));
+  const auto isError = [](const RuleProblem& each) { return each.severity == kErrorSeverity; };
+  call.set_refused(std::any_of(problems.begin(), problems.end(), isError));
   call.Give("problems", ToldEach(problems, [](const RuleProblem& each) { return Told(each); }));
 }
 

@@ -71,6 +71,11 @@ class Call {
   void set_errorPair(ErrorPair pair) { errorPair_ = std::move(pair); }
   const std::optional<ErrorPair>& OwnErrorPair() const noexcept { return errorPair_; }
 
+  /// Says that the rule was refused, for those who count. Beside an exception and an error that the
+  /// call sets, which say so by themselves.
+  void set_refused(bool isRefused) noexcept { isRefused_ = isRefused; }
+  bool IsRefused() const noexcept { return isRefused_; }
+
  private:
   const Value& ValueOf(std::string_view name) const;
 
@@ -81,6 +86,7 @@ class Call {
   const Texts* wanted_;
   Record answer_;
   std::optional<ErrorPair> errorPair_;
+  bool isRefused_ = false;
 };
 
 }  // namespace ORKBASE

@@ -8,6 +8,7 @@ namespace ORKBASE {
 namespace {
 
 using enum FieldType;
+using enum Order;
 using enum Reach;
 
 constexpr Required kRequired;
@@ -235,38 +236,38 @@ constexpr FieldOut kFieldNamesOut[] = {
 };
 
 constexpr CallRow kCalls[] = {
-    {"help",                      kNoObject,  {},               kHelpOut,         RunHelp},
-    {"new",                       kNoObject,  {},               {},               RunNew},
-    {"copy",                      kNoObject,  kCopyIn,          {},               RunCopy},
-    {"drop",                      kSession,   {},               {},               RunDrop},
-    {"SetThreadLanguage",         kSession,   kLanguageIn,      {},               RunSetThreadLanguage},
-    {"Connect",                   kSession,   kConnectIn,       {},               RunConnect},
-    {"SetRt",                     kSession,   kRtIn,            kTruthOut,        RunSetRt},
-    {"SetDts",                    kSession,   kDtsIn,           kTruthOut,        RunSetDts},
-    {"SetCAXDD",                  kSession,   kCaxIn,           kTruthOut,        RunSetCAXDD},
-    {"set",                       kSession,   kModesIn,         {},               RunSet},
-    {"get",                       kSession,   {},               kModesOut,        RunGet},
-    {"Verify",                    kStateless, kVerifyIn,        kVerifyOut,       RunVerify},
-    {"GetSpec",                   kStateless, kSpecIn,          kSpecOut,         RunGetSpec},
-    {"Compose",                   kStateless, kComposeIn,       kComposeOut,      RunCompose},
-    {"AddIsNull",                 kSession,   kIsNullIn,        kExpressionOut,   RunAddIsNull},
-    {"RemoveDt",                  kStateless, kRemoveIn,        kExpressionOut,   RunRemoveDt},
-    {"IsDtsInExp",                kStateless, kTablesIn,        kTruthOut,        RunIsDtsInExp},
-    {"ReplaceDtOrDfNames",        kSession,   kRenamesIn,       kNumberOut,       RunReplaceDtOrDfNames},
-    {"ChangeExpWithNewDtDfNames", kStateless, kRenamesInTextIn, kExpressionOut,   RunChangeExpWithNewDtDfNames},
-    {"GetDict",                   kStateless, kDictIn,          kDocumentOut,     RunGetDict},
-    {"GetSysTabName",             kSession,   kSysTabIn,        kNameOut,         RunGetSysTabName},
-    {"Translate",                 kStateless, kTranslateIn,     kTranslateOut,    RunTranslate},
-    {"Check",                     kStateless, kCheckIn,         kCheckOut,        RunCheck},
-    {"Complete",                  kStateless, kCompleteIn,      kCompleteOut,     RunComplete},
-    {"Signature",                 kStateless, kPlaceIn,         kSignatureOut,    RunSignature},
-    {"Explain",                   kStateless, kPlaceIn,         kExplainOut,      RunExplain},
-    {"Uses",                      kStateless, kUsesIn,          kUsesOut,         RunUses},
-    {"Write",                     kStateless, kWriteIn,         kWriteOut,        RunWrite},
-    {"Format",                    kStateless, kFormatIn,        kExpressionOut,   RunFormat},
-    {"Capabilities",              kStateless, kCapabilitiesIn,  kCapabilitiesOut, RunCapabilities},
-    {"Tables",                    kStateless, kTableNamesIn,    kTableNamesOut,   RunTables},
-    {"Fields",                    kStateless, kFieldNamesIn,    kFieldNamesOut,   RunFields},
+    {"help",                      kNoObject,  kStrict,       {},               kHelpOut,         RunHelp},
+    {"new",                       kNoObject,  kStrict,       {},               {},               RunNew},
+    {"copy",                      kNoObject,  kStrict,       kCopyIn,          {},               RunCopy},
+    {"drop",                      kSession,   kStrict,       {},               {},               RunDrop},
+    {"SetThreadLanguage",         kSession,   kStrict,       kLanguageIn,      {},               RunSetThreadLanguage},
+    {"Connect",                   kSession,   kStrict,       kConnectIn,       {},               RunConnect},
+    {"SetRt",                     kSession,   kStrict,       kRtIn,            kTruthOut,        RunSetRt},
+    {"SetDts",                    kSession,   kStrict,       kDtsIn,           kTruthOut,        RunSetDts},
+    {"SetCAXDD",                  kSession,   kStrict,       kCaxIn,           kTruthOut,        RunSetCAXDD},
+    {"set",                       kSession,   kStrict,       kModesIn,         {},               RunSet},
+    {"get",                       kSession,   kReads,        {},               kModesOut,        RunGet},
+    {"Verify",                    kStateless, kReads,        kVerifyIn,        kVerifyOut,       RunVerify},
+    {"GetSpec",                   kStateless, kReads,        kSpecIn,          kSpecOut,         RunGetSpec},
+    {"Compose",                   kStateless, kReads,        kComposeIn,       kComposeOut,      RunCompose},
+    {"AddIsNull",                 kSession,   kReads,        kIsNullIn,        kExpressionOut,   RunAddIsNull},
+    {"RemoveDt",                  kStateless, kReads,        kRemoveIn,        kExpressionOut,   RunRemoveDt},
+    {"IsDtsInExp",                kStateless, kReads,        kTablesIn,        kTruthOut,        RunIsDtsInExp},
+    {"ReplaceDtOrDfNames",        kSession,   kStrict,       kRenamesIn,       kNumberOut,       RunReplaceDtOrDfNames},
+    {"ChangeExpWithNewDtDfNames", kStateless, kReads,        kRenamesInTextIn, kExpressionOut,   RunChangeExpWithNewDtDfNames},
+    {"GetDict",                   kStateless, kReads,        kDictIn,          kDocumentOut,     RunGetDict},
+    {"GetSysTabName",             kSession,   kStrict,       kSysTabIn,        kNameOut,         RunGetSysTabName},
+    {"Translate",                 kStateless, kReads,        kTranslateIn,     kTranslateOut,    RunTranslate},
+    {"Check",                     kStateless, kReadsEditing, kCheckIn,         kCheckOut,        RunCheck},
+    {"Complete",                  kStateless, kReadsEditing, kCompleteIn,      kCompleteOut,     RunComplete},
+    {"Signature",                 kStateless, kReadsEditing, kPlaceIn,         kSignatureOut,    RunSignature},
+    {"Explain",                   kStateless, kReadsEditing, kPlaceIn,         kExplainOut,      RunExplain},
+    {"Uses",                      kStateless, kReadsEditing, kUsesIn,          kUsesOut,         RunUses},
+    {"Write",                     kStateless, kReadsEditing, kWriteIn,         kWriteOut,        RunWrite},
+    {"Format",                    kStateless, kReadsEditing, kFormatIn,        kExpressionOut,   RunFormat},
+    {"Capabilities",              kStateless, kReadsEditing, kCapabilitiesIn,  kCapabilitiesOut, RunCapabilities},
+    {"Tables",                    kStateless, kStrict,       kTableNamesIn,    kTableNamesOut,   RunTables},
+    {"Fields",                    kStateless, kStrict,       kFieldNamesIn,    kFieldNamesOut,   RunFields},
 };
 // clang-format on
 

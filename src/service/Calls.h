@@ -17,11 +17,19 @@ enum class Reach {
   kStateless,  ///< needs one, whose modes, connection and names stay: may be open to strangers
 };
 
+/// Which calls of a session may run beside each other.
+enum class Order {
+  kStrict,        ///< behind all before it and before all behind it
+  kReads,         ///< beside others that only read, on a copy of its object
+  kReadsEditing,  ///< the same for what an editor asks, which loads tables for itself
+};
+
 /// One call. Its handler finds every field of `in` in the `Call`, checked and of its type, and
 /// gives every field of `out`, in this order.
 struct CallRow {
   std::string_view name;
   Reach reach;
+  Order order;
   std::span<const FieldIn> in;
   std::span<const FieldOut> out;
   void (*run)(Call& call);

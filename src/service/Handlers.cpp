@@ -93,13 +93,17 @@ void RunGet(Call& call) {
 
 void RunVerify(Call& call) {
   std::u16string document;
-  call.Give("result", call.Engine().Verify(TypeField(call), call.Text("expression"), document));
+  const bool good = call.Engine().Verify(TypeField(call), call.Text("expression"), document);
+  call.set_refused(!good);
+  call.Give("result", good);
   call.Give("document", std::move(document));
 }
 
 void RunGetSpec(Call& call) {
   Translated texts;
-  call.Give("result", Translate(call, call.Text("document"), texts));
+  const bool good = Translate(call, call.Text("document"), texts);
+  call.set_refused(!good);
+  call.Give("result", good);
   GiveTranslated(call, texts);
 }
 
@@ -166,6 +170,7 @@ void RunTranslate(Call& call) {
   std::u16string document;
   const bool good = call.Engine().Verify(TypeField(call), call.Text("expression"), document) &&
                     Translate(call, document, texts);
+  call.set_refused(!good);
   call.Give("result", good);
   call.Give("document", std::move(document));
   GiveTranslated(call, texts);

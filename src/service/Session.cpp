@@ -1,6 +1,10 @@
 #include "service/Session.h"
 
+#include "service/AnswerText.h"
 #include "service/Calls.h"
+#include "service/JsonReader.h"
+
+#include "expression/ReadingCopy.h"
 
 #include "foundation/Text.h"
 
@@ -42,7 +46,7 @@ Record Thrown(const Mx_Exception& refused) {
 }
 
 /// Of a call that leaves by an exception only that is answered.
-Record AnswerOf(const CallRow& row, Call& call) {
+Record FieldsOf(const CallRow& row, Call& call) {
   Record thrown;
   try {
     row.run(call);
@@ -63,32 +67,82 @@ Record AnswerOf(const CallRow& row, Call& call) {
   return {{"thrown", std::move(thrown)}};
 }
 
-void AddErrorPair(Record& answer, ErrorPair pair) {
-  Add(answer, "errNumber", std::int64_t{pair.number});
-  Add(answer, "errDescription", std::move(pair.description));
+bool WasThrown(const Record& fields) {
+  return !fields.empty() && fields.front().name == "thrown";
+}
+
+const MxExpression* FindEngine(const Engines& engines, const std::u16string& name) {
+  const auto found = engines.find(name);
+  return found == engines.end() ? nullptr : &found->second->rules;
+}
+
+}  // namespace
+
+NamedCall NameCall(Request& request, const Engines& engines) {
+  const CallRow& row = RowOf(std::get<std::u16string>(request.Take(kOp)));
+  std::u16string object = std::get<std::u16string>(request.Take(kObject));
+  if (row.reach != Reach::kNoObject) KnownEngine(engines, object);
+  return {row, std::move(object), request.Take(kWant)};
+}
+
+Reply RunCall(const NamedCall& named, Request& request, Engines& engines) {
+  Call call(named.row, request, engines, named.object, std::get_if<Texts>(&named.wanted));
+  const MxExpression* const before = FindEngine(engines, named.object);
+  const std::uint64_t verdicts = before != nullptr ? VerdictsOf(*before) : 0;
+  Reply reply;
+  reply.fields = FieldsOf(named.row, call);
+  reply.ownPair = call.OwnErrorPair();
+  reply.isRefused = call.IsRefused() || reply.ownPair || WasThrown(reply.fields);
+  // Only a call that gave the verdict itself counts, not those that tell it once more.
+  const MxExpression* const after = FindEngine(engines, named.object);
+  if (after != nullptr && VerdictsOf(*after) > verdicts && after->errNumber() != 0) {
+    reply.isRefused = true;
+  }
+  return reply;
 }
 
 ErrorPair PairOf(const MxExpression& engine) {
   return {engine.errNumber(), engine.errDescription()};
 }
 
-}  // namespace
-
 Session::Session() {
   engines_[u"main"] = std::make_unique<NamedEngine>();
 }
 
+std::optional<ErrorPair> Session::PairBehind(const NamedCall& named, const Reply& reply) const {
+  const MxExpression* const engine = FindEngine(engines_, named.object);
+  if (engine == nullptr) return std::nullopt;
+  return reply.ownPair ? reply.ownPair : PairOf(*engine);
+}
+
 Record Session::Run(Request& request) {
-  const CallRow& row = RowOf(std::get<std::u16string>(request.Take(kOp)));
-  const std::u16string object = std::get<std::u16string>(request.Take(kObject));
-  if (row.reach != Reach::kNoObject) KnownEngine(engines_, object);
-  const Value wanted = request.Take(kWant);
-  Call call(row, request, engines_, object, std::get_if<Texts>(&wanted));
-  Record answer = AnswerOf(row, call);
-  const auto after = engines_.find(object);
-  if (after == engines_.end()) return answer;
-  AddErrorPair(answer, call.OwnErrorPair().value_or(PairOf(after->second->rules)));
-  return answer;
+  const NamedCall named = NameCall(request, engines_);
+  Reply reply = RunCall(named, request, engines_);
+  if (std::optional<ErrorPair> pair = PairBehind(named, reply)) {
+    Add(reply.fields, "errNumber", std::int64_t{pair->number});
+    Add(reply.fields, "errDescription", std::move(pair->description));
+  }
+  return std::move(reply.fields);
+}
+
+RuleAnswer Session::Answer(std::string_view request) {
+  std::string_view id;
+  try {
+    JsonRequest read = ReadJson(request);
+    id = read.id;
+    const NamedCall named = NameCall(read.fields, engines_);
+    const Reply reply = RunCall(named, read.fields, engines_);
+    RuleAnswer answer{BeginAnswer(id, reply.fields),
+                      reply.isRefused ? RuleOutcome::kRefused : RuleOutcome::kCarriedOut};
+    if (const std::optional<ErrorPair> pair = PairBehind(named, reply)) {
+      EndAnswer(answer.json, *pair);
+    } else {
+      EndAnswer(answer.json);
+    }
+    return answer;
+  } catch (const BadRequest& bad) {
+    return {AnswerOf(id, bad), RuleOutcome::kBadRequest};
+  }
 }
 
 }  // namespace ORKBASE

@@ -1,6 +1,9 @@
 // Distances between names, by hand.
 #include "authoring/NearNames.h"
 
+#include "RuleAuthoring.h"
+#include "Utf8.h"
+
 #include <gtest/gtest.h>
 
 using namespace ORKBASE;
@@ -40,4 +43,30 @@ TEST(NearNames, AllowsAThirdOfTheLongerNameAndAtLeastOne) {
   EXPECT_EQ(NearLimit(u"ab", u"ax"), 1U);
   EXPECT_EQ(NearLimit(u"ab", u"xb"), 0U);  // short names begin alike
   EXPECT_EQ(NearLimit(u"", u"xb"), 0U);
+}
+
+TEST(NearestName, IsTheOneLikestToTheText) {
+  constexpr std::u16string_view kNames[] = {u"sql", u"verify", u"vocabulary", u"store", u"strip"};
+  struct Row {
+    std::u16string text;
+    std::u16string_view nearest;
+  };
+  const Row rows[] = {
+      // clang-format off
+      {u"verfy",                         u"verify"},
+      {u"VERIFY",                        u"verify"},
+      {u"stroe",                         u"store"},
+      {u"stripe",                        u"strip"},
+      {u"qsl",                           u"sql"},
+      {u"x",                             u""},
+      {u"",                              u""},
+      {u"explain",                       u""},
+      {u"\xD800",                        u""},
+      {std::u16string(1'000'000, u'v'),  u""},
+      // clang-format on
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(NearestName(row.text, kNames), row.nearest) << U8(row.text.substr(0, 20));
+  }
+  EXPECT_EQ(NearestName(u"sql", {}), u"");
 }

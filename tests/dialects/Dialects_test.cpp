@@ -51,12 +51,18 @@ constexpr NameRow kNames[] = {
     {u"sqlserver", kSqlServerDs},
     {u"mssql", kSqlServerDs},
     {u"tsql", kSqlServerDs},
+    {u"SQL Server", kSqlServerDs},
+    {u"T-SQL", kSqlServerDs},
     {u"oracle", kOracleDs},
     {u"plsql", kOracleDs},
+    {u"PL/SQL", kOracleDs},
+    {u"ora", kOracleDs},
     {u"dm", kDMDs},
     {u"kingbase", kKingbaseDs},
     {u"kingbasees", kKingbaseDs},
+    {u"Kingbase ES", kKingbaseDs},
     {u"opengauss", kOpenGaussDs},
+    {u"open_gauss", kOpenGaussDs},
 };
 
 TEST(Dialects, AreFoundByTheirNamesInAnyCase) {
@@ -68,7 +74,7 @@ TEST(Dialects, AreFoundByTheirNamesInAnyCase) {
     }
   }
   for (const char16_t* name :
-       {u"", u" oracle", u"oracle,plsql", u"sqlserver,mssql", u"orac", u"mysql", u",", u"all"}) {
+       {u"", u" ", u"/", u" oracle", u"oracle-", u"oracle,plsql", u"sqlserver,mssql", u"orac", u"mysql", u",", u"all"}) {
     EXPECT_EQ(FindRuleDialect(name), nullptr) << U8(name);
   }
 }

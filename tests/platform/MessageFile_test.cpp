@@ -6,6 +6,7 @@
 #include "StringTableFile.h"
 #include "Utf8.h"
 #include "foundation/MessageNumbers.h"
+#include "foundation/Text.h"
 #include "platform/MessageTexts.h"
 
 #include <gtest/gtest.h>
@@ -66,6 +67,27 @@ TEST(MessageFile, ReadsTheRealFile) {
   EXPECT_EQ(Text(file, 6101, kUnitedStates), "toLower");
   EXPECT_EQ(Text(file, kMsgResultTooLarge, kUnitedStates),
             "The translated rule becomes too large.");
+}
+
+TEST(MessageFile, TellsItsLanguages) {
+  const Bytes bytes = ReadRealFile();
+  EXPECT_EQ(MessageFile(bytes).Languages(), (std::vector<LanguageId>{kUnitedStates, kChina}));
+  EXPECT_TRUE(MessageFile().Languages().empty());
+  for (std::size_t size = 0; size < bytes.size(); size += 97) {
+    const Bytes damaged(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
+    EXPECT_LE(MessageFile(damaged).Languages().size(), 2u) << size;
+  }
+}
+
+TEST(MessageFile, OfThisProcessIsToldWithItsLanguages) {
+  EXPECT_EQ(MessageFilePath(), Utf8ToWide(ORKRULE_BINARY_DIR "/bin/Hearth.resource.dll"));
+  EXPECT_EQ(MessageLanguages(), (std::vector<std::u16string>{u"en-US", u"zh-CN"}));
+  for (const char16_t* tag : {u"en", u"en-US", u"en-GB", u"zh", u"ZH-tw", u"zh_CN", u"zh-Hans"}) {
+    EXPECT_TRUE(HasMessageLanguage(tag)) << U8(tag);
+  }
+  for (const char16_t* tag : {u"", u"de", u"xx", u"nonsense!", u"zh-", u"\xD800"}) {
+    EXPECT_FALSE(HasMessageLanguage(tag)) << U8(tag);
+  }
 }
 
 /// The rows of a source of the message file: a number and a quoted text each.

@@ -45,6 +45,14 @@ TEST(LanguageOfLocaleName, KnowsPosixNames) {
   EXPECT_EQ(LanguageOfLocaleName(std::string(10000, 'z')), 0);
 }
 
+TEST(TagOfLanguage, IsOneThatGivesTheLanguageAgain) {
+  EXPECT_EQ(TagOfLanguage(0x0409), u"en-US");
+  EXPECT_EQ(TagOfLanguage(0x0804), u"zh-CN");
+  EXPECT_EQ(TagOfLanguage(0x0407), u"de-DE");
+  EXPECT_EQ(TagOfLanguage(0), u"");
+  EXPECT_EQ(TagOfLanguage(0xFFFF), u"");
+}
+
 TEST(LanguageOfTag, KnowsTags) {
   struct Row {
     const char16_t* tag;

@@ -67,6 +67,15 @@ TEST(RuleService, AlwaysTellsErrorsAndWhatWasThrown) {
   service.Answer(R"({"op":"SetThreadLanguage","language":""})");
 }
 
+TEST(RuleService, ChecksOverTheConnectionOfNowWhateverWasMissingBefore) {
+  RuleService service;
+  const std::string verify = R"({"op":"Verify","type":4,"expression":"T.a > 1","want":["result"]})";
+  EXPECT_TRUE(service.Answer(verify).starts_with(R"({"result":false)"));
+  service.Answer(R"({"op":"Connect","server":"sqlite:)" + SampleDatabase().Path() + "\"}");
+  EXPECT_TRUE(service.Answer(R"({"op":"Check","type":4,"expression":"T.a > 1"})")
+                  .starts_with(R"({"problems":[],)"));
+}
+
 TEST(RuleService, HelpsWithoutAnObject) {
   RuleService service;
   EXPECT_EQ(service.Answer(R"({"op":"drop"})"), "{}");

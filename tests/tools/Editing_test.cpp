@@ -147,8 +147,10 @@ TEST(Uses, ListsTheWordsThatARuleDependsOn) {
   EXPECT_EQ(RunTool({"uses", "--db", kSampleDb, "--list"}, "T.a\n\nT.b\n").out,
             "standard input:1:  field  T.a\n"
             "standard input:3:  field  T.b\n");
-  EXPECT_EQ(RunTool({"uses", "--db", kSampleDb, "--list", "--json", rule}).Json().at(0),
-            Batch({{"op", "Uses"}, {"expression", rule}}));
+  auto answer = RunTool({"uses", "--db", kSampleDb, "--list", "--json", rule}).Json().at(0);
+  EXPECT_EQ(answer.at("expression"), rule);
+  answer.erase("expression");
+  EXPECT_EQ(answer, Batch({{"op", "Uses"}, {"expression", rule}}));
 }
 
 TEST(Uses, AsksForTablesOrAList) {

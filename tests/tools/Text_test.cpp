@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 namespace ORKTOOL {
@@ -49,7 +50,32 @@ TEST(Text, RefusesWhatIsNotUtf8) {
       "a\xE4\xB8",         // cut off
       "\xE4\xB8 a",        //
   };
-  for (const std::string& row : rows) EXPECT_FALSE(FromUtf8(row)) << testing::PrintToString(row);
+  for (const std::string& row : rows) {
+    EXPECT_FALSE(FromUtf8(row)) << testing::PrintToString(row);
+    EXPECT_TRUE(BadUtf8At(row)) << testing::PrintToString(row);
+  }
+}
+
+TEST(Text, KnowsWhereItIsNotUtf8) {
+  struct Row {
+    std::string text;
+    std::optional<std::size_t> at;
+  };
+  const Row rows[] = {
+      // clang-format off
+      {"",                       std::nullopt},
+      {"a\0b"s,                  std::nullopt},
+      {"\xC2\x80\xDF\xBF",       std::nullopt},
+      {"\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", std::nullopt},
+      {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", std::nullopt},
+      {"a\xFF",                  1u},
+      {"\xE4\xB8\xAD\xE4\xB8",   3u},  // the first byte of what is cut off
+      {"\xE4\xB8" "a",          0u},
+      {"\xF1\x80\x80z",         0u},
+      {"ab\xED\xA0\x80",        2u},
+      // clang-format on
+  };
+  for (const Row& row : rows) EXPECT_EQ(BadUtf8At(row.text), row.at) << row.text;
 }
 
 TEST(Text, WritesLoneSurrogatesAsReplacements) {

@@ -42,6 +42,7 @@ std::string ContentOf(std::FILE* file) {
       dup2(file, i);
   }
   setenv("LC_ALL", "C", 1);
+  unsetenv("ORKRULE_DB");
   for (const std::string& entry : environment) {
     const std::size_t sign = entry.find('=');
     setenv(entry.substr(0, sign).c_str(), entry.substr(sign + 1).c_str(), 1);

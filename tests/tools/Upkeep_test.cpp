@@ -13,7 +13,7 @@ TEST(Uses, LooksAtTheText) {
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.out, "yes\nyes\nno\nno\n");
   const auto json = RunTool({"uses", "--json", "--tables", "T1", "T1.a"}).Json().at(0);
-  EXPECT_EQ(json.dump(), R"({"rule":"T1.a","uses":true})");
+  EXPECT_EQ(json.dump(), R"({"expression":"T1.a","uses":true,"differsInCase":[]})");
 }
 
 TEST(Strip, CutsTablesOut) {
@@ -37,7 +37,8 @@ TEST(Rename, CarriesNamesIntoRules) {
   EXPECT_EQ(quoted.out, "'select * from [A]'\n'select * from \"B\"'\n");
   const ToolResult both =
       RunTool({"rename", "--json", "--tables", "A:B", "--fields", "B.x:y", "A.x"});
-  EXPECT_EQ(both.Json().at(0).dump(), R"({"rule":"A.x","renamed":"B.y"})");
+  EXPECT_EQ(both.Json().at(0).dump(),
+            R"({"expression":"B.y","original":"A.x","differsInCase":[]})");
 }
 
 TEST(Rename, KeepsARuleThatTheNewNamesMakeTooLong) {
@@ -46,11 +47,14 @@ TEST(Rename, KeepsARuleThatTheNewNamesMakeTooLong) {
   const std::string reason = "With the new names the text becomes too long.";
   const ToolResult plain = RunTool({"rename", "--tables", doubling}, "'[x]'\nx.a\n");
   EXPECT_EQ(plain.status, 1);
-  EXPECT_EQ(plain.out, "x][x.a\n");
-  EXPECT_EQ(plain.err, "orkrule: standard input:1: " + reason + "\n  '[x]'\n");
+  EXPECT_EQ(plain.out, "\nx][x.a\n");
+  EXPECT_EQ(plain.err, "orkrule: standard input:1: " + reason +
+                           "\n  '[x]'\norkrule: renamed 1 of 2 rules\n"
+                           "orkrule: 1 of 2 rules refused\n");
   const auto json = RunTool({"rename", "--json", "--tables", doubling, "'[x]'"}).Json().at(0);
-  EXPECT_EQ(json.dump(),
-            R"({"rule":"'[x]'","renamed":"'[x]'","error":{"number":-1,"text":")" + reason + "\"}}");
+  EXPECT_EQ(json.dump(), R"({"expression":"'[x]'","original":"'[x]'","differsInCase":[],)"
+                         R"("error":{"number":6703,"text":")" +
+                             reason + R"(","fixes":[]}})");
   const ToolResult checked =
       RunTool({"rename", "--db", kSampleDb, "--check", "--tables", doubling, "'[x]' = 'a'"});
   EXPECT_EQ(checked.status, 1);
@@ -86,6 +90,7 @@ TEST(Rename, ChecksTheRenamedRules) {
 TEST(Rename, RefusesListsWithBadItems) {
   EXPECT_EQ(RunTool({"rename", "--tables", "A", "A.x"}).status, 2);
   EXPECT_EQ(RunTool({"rename", "--tables", "A:B,C", "A.x"}).status, 2);
+  EXPECT_EQ(RunTool({"rename", "--tables", "A:B,,C:D", "A.x"}).status, 2);
   EXPECT_EQ(RunTool({"rename", "--fields", "x:y", "A.x"}).status, 2);
 }
 

@@ -30,7 +30,9 @@ TEST(Refusals, HaveTheirFixesBelow) {
   }
   const auto json = Shop({"verify", "--json", "Orders.Amout > 1"});
   EXPECT_EQ(json.err, "");
-  EXPECT_FALSE(json.Json().at(0).at("error").contains("fixes"));
+  EXPECT_EQ(json.Json().at(0).at("error").at("fixes").dump(),
+            R"([{"label":"Write Orders.Amount",)"
+            R"("edits":[{"offset":0,"length":12,"text":"Orders.Amount"}]}])");
 }
 
 TEST(Refusals, TellThatWordsFollowTheLanguage) {

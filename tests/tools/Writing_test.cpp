@@ -100,7 +100,7 @@ TEST(Write, TellsOfDocumentsThatNoRuleGives) {
   const std::string sum = RunTool({"verify", "--document", "1 + 2"}).out;
   const ToolResult result = RunTool({"write"}, "<x/>\n" + sum + "<a>\n<b/>");
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.out, "1 + 2\n");
+  EXPECT_EQ(result.out, "\n1 + 2\n\n");
   EXPECT_EQ(result.err.rfind("orkrule: standard input:1: No rule gives this document.\n"
                              "orkrule: standard input:6: ",
                              0),
@@ -127,7 +127,9 @@ TEST(Format, TellsOfRulesThatWouldChange) {
   const ToolResult result = RunTool({"format", "--check"}, "1 + 2\n1+2\n");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "orkrule: standard input:2: the rule would be written\n1 + 2\n");
+  EXPECT_EQ(result.err,
+            "orkrule: standard input:2: the rule would be written\n1 + 2\n"
+            "orkrule: 1 of 2 rules would be written otherwise\n");
   EXPECT_EQ(RunTool({"format", "--check", "1 + 2"}).err, "");
 }
 

@@ -23,9 +23,17 @@ Json ModesRequest(const EngineOptions& options) {
   return request;
 }
 
+/// The setup without what is loaded.
+EngineSetup OnlyConnected(EngineSetup setup) {
+  setup.options.reportTemplate.clear();
+  setup.options.tables.clear();
+  setup.cax.clear();
+  return setup;
+}
+
 }  // namespace
 
-Calls::Calls(const EngineSetup& setup) {
+Calls::Calls(const EngineSetup& setup) : probe_(OnlyConnected(setup)) {
   const EngineOptions& options = setup.options;
   if (!setup.server.empty()) Ask(ConnectRequest(setup));
   if (!options.reportTemplate.empty()) {

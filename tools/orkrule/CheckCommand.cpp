@@ -2,6 +2,7 @@
 #include "Calls.h"
 #include "Commands.h"
 #include "Problems.h"
+#include "RuleAnswers.h"
 #include "RuleInput.h"
 #include "Text.h"
 
@@ -30,7 +31,10 @@ struct Checked {
 class CheckRun {
  public:
   explicit CheckRun(const CheckOptions& options)
-      : options_(options), calls_(EngineSetup(options.engine)), numbers_(Json::array()) {
+      : options_(options),
+        answers_(options.rules, {.lines = options.fix ? 1U : 0U}),
+        calls_(EngineSetup(options.engine)),
+        numbers_(Json::array()) {
     if (options.dialect.empty()) return;
     for (const ORKBASE::RuleDialect& dialect : DialectsOf(options.dialect)) {
       numbers_.push_back(static_cast<std::int32_t>(dialect.number));
@@ -40,14 +44,15 @@ class CheckRun {
   ExitStatus All() {
     RuleInput input(options_.rules);
     while (const std::optional<Rule> rule = input.Next()) {
+      if (answers_.IsUnreadable(*rule)) continue;
       if (options_.fix) {
         Mend(*rule);
       } else {
         Show(*rule, CheckEither(*rule));
       }
-      if (status_ == kInputOutput) break;  // each further rule would ask the database again
+      if (isOutage_) return kInputOutput;  // each further rule would ask the database again
     }
-    return status_;
+    return answers_.End();
   }
 
  private:
@@ -71,12 +76,15 @@ class CheckRun {
                                  {"dsTypes", numbers_},
                                  {"twoParts", options_.split}});
     checked.problems = ProblemsOf(checked.answer);
+    if (HasOutage(checked.problems)) calls_.Reach();
     return checked;
   }
 
   void Show(const Rule& rule, const Checked& checked) {
     if (options_.rules.json) {
-      PrintJson(checked.answer);
+      Json json = RuleMember(options_.rules, rule.text);
+      json.update(checked.answer);
+      RuleAnswers::PrintRecord(rule.given, json);
     } else {
       const Style style = StyleOf(STDOUT_FILENO, options_.colour);
       Print(TextOf("", rule, checked.problems, style));
@@ -84,13 +92,22 @@ class CheckRun {
     Count(checked.problems);
   }
 
-  /// Prints the rule with its fixes; what they leave wrong goes to standard error.
+  /// Prints the rule with its fixes; what they leave wrong goes to standard error, or beside it.
   void Mend(const Rule& rule) {
     const Checked before = CheckEither(rule);
     const Rule mended = {ORKBASE::ApplyFirstFixes(rule.text, before.problems), rule.place,
                          rule.type};
-    Print(ToUtf8(mended.text) + "\n");
-    Problems left = CheckEither(mended).problems;
+    const Checked after = CheckEither(mended);
+    if (options_.rules.json) {
+      Json json = RuleMember(options_.rules, mended.text);
+      json["original"] = ToUtf8(rule.text);
+      json.update(after.answer);
+      RuleAnswers::PrintRecord(rule.given, json);
+      Count(after.problems);
+      return;
+    }
+    Print(rule.before + ToUtf8(mended.text) + "\n");
+    Problems left = after.problems;
     std::erase_if(left, [](const ORKBASE::RuleProblem& problem) {
       return problem.severity != ORKBASE::kErrorSeverity;
     });
@@ -110,17 +127,15 @@ class CheckRun {
   }
 
   void Count(const Problems& problems) {
-    if (HasOutage(problems)) {
-      status_ = kInputOutput;
-    } else if (HasErrors(problems) && status_ == kDone) {
-      status_ = kRefused;
-    }
+    isOutage_ = HasOutage(problems);
+    answers_.Count(HasErrors(problems));
   }
 
   const CheckOptions& options_;
+  RuleAnswers answers_;
   Calls calls_;
   Json numbers_;  // of the databases that warnings are asked for
-  ExitStatus status_ = kDone;
+  bool isOutage_ = false;
 };
 
 }  // namespace
@@ -133,8 +148,7 @@ void AddCheckCommand(CLI::App& tool, ExitStatus& status) {
   AddTypeOption(*command, options->rules);
   AddDialectOption(*command, options->dialect, true);
   command->add_flag("--split", options->split, "Warn about the two texts of sql --split too");
-  command->add_flag("--fix", options->fix, "Print the rule with the first fix of each problem")
-      ->excludes(command->get_option("--json"));
+  command->add_flag("--fix", options->fix, "Print the rule with the first fix of each problem");
   AddColourOption(*command, options->colour);
   AddLanguageOption(*command);
   AddTablesOption(*command, options->engine);

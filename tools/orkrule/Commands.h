@@ -23,5 +23,6 @@ void AddStripCommand(CLI::App& tool, ExitStatus& status);
 void AddRenameCommand(CLI::App& tool, ExitStatus& status);
 void AddBatchCommand(CLI::App& tool, ExitStatus& status);
 void AddReferenceCommand(CLI::App& tool, ExitStatus& status);
+void AddCompletionCommand(CLI::App& tool);
 
 }  // namespace ORKTOOL

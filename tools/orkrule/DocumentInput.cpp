@@ -1,28 +1,12 @@
 #include "DocumentInput.h"
 
+#include "Outage.h"
 #include "Output.h"
 #include "Text.h"
 
 #include <utility>
 
 namespace ORKTOOL {
-namespace {
-
-[[noreturn]] void RefuseLine(const std::string& place, const char* what) {
-  throw Failure{kInputOutput, place + ": " + what};
-}
-
-/// A JSON text, or what `verify --document --json` writes of a rule that is valid.
-std::string JsonDocument(const std::string& line, const std::string& place) {
-  const Json value = Json::parse(line, nullptr, false);
-  if (value.is_string()) return value.get<std::string>();
-  const bool holds =
-      value.is_object() && value.contains("document") && value["document"].is_string();
-  if (!holds) RefuseLine(place, "the line is neither a JSON text nor an object with \"document\"");
-  return value["document"].get<std::string>();
-}
-
-}  // namespace
 
 bool ElementEnd::Reads(std::string_view line) {
   for (const char unit : line) Take(unit);
@@ -62,34 +46,44 @@ void ElementEnd::Take(char unit) {
 }
 
 DocumentInput::DocumentInput(const RuleOptions& options) : options_(options) {
+  if (options_.key && !options_.jsonLines) throw Failure{kBadUsage, "--key is for --jsonl"};
   if (options_.rule) return;
   reader_.emplace(options_.file.value_or("-"));
   reader_->set_beforeWait(FlushOutput);
 }
 
 std::optional<Document> DocumentInput::Next() {
+  AskedForRule();
   if (!reader_) {
     if (std::exchange(argumentTaken_, true)) return std::nullopt;
-    return Document{ToUtf8(Wide(*options_.rule)), ""};
+    return Document{Wide(*options_.rule), ""};
   }
   std::string line;
   do {
     if (!reader_->Next(line)) return std::nullopt;
   } while (IsBlank(line));
-  Document document{"", Place()};
-  if (options_.jsonLines) {
-    document.text = JsonDocument(line, document.place);
-  } else {
-    ElementEnd end;
-    document.text = line;
-    while (!end.Reads(line) && reader_->Next(line)) document.text.append("\n").append(line);
+  Document document{u"", reader_->Name() + ":" + std::to_string(reader_->Number())};
+  try {
+    Read(std::move(line), document);
+  } catch (const UnreadableLine& unreadable) {
+    if (!options_.keepGoing && !Interrupt::IsAsked()) throw Failure{kInputOutput, unreadable.why};
+    document.unreadable = unreadable.why;
   }
-  if (!FromUtf8(document.text)) RefuseLine(document.place, "the document is not UTF-8 text");
+  if (Interrupt::IsAsked()) return std::nullopt;  // it may be half of one
   return document;
 }
 
-std::string DocumentInput::Place() const {
-  return reader_->Name() + ":" + std::to_string(reader_->Number());
+void DocumentInput::Read(std::string line, Document& document) {
+  const std::size_t first = reader_->Number();
+  std::string text;
+  if (options_.jsonLines) {
+    text = TextOfJson(line, KeyOf(options_, "document"), *reader_, document.given);
+  } else {
+    ElementEnd end;
+    text = line;
+    while (!end.Reads(line) && reader_->Next(line)) text.append("\n").append(line);
+  }
+  document.text = TextOfLines(text, reader_->Name(), first);
 }
 
 }  // namespace ORKTOOL

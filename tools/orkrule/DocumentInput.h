@@ -11,8 +11,10 @@
 namespace ORKTOOL {
 
 struct Document {
-  std::string text;
-  std::string place;  ///< "FILE:LINE" of its first line, empty for one of the command line
+  std::u16string text;
+  std::string place;      ///< "FILE:LINE" of its first line, empty for one of the command line
+  JsonRecord given = {};  ///< the members of its JSON line
+  std::string unreadable = {};  ///< why it is none, behind its place; else empty
 };
 
 /// Where the element that begins a text ends, however its lines are broken.
@@ -37,11 +39,12 @@ class DocumentInput {
   /// Throws `Failure` where the file cannot be opened.
   explicit DocumentInput(const RuleOptions& options);
 
-  /// Throws `Failure` where reading fails or a line is not UTF-8, or not what --jsonl says.
+  /// Throws `Failure` where reading fails, or where a document cannot be read and --keep-going is
+  /// not given.
   std::optional<Document> Next();
 
  private:
-  std::string Place() const;
+  void Read(std::string line, Document& document);
 
   RuleOptions options_;
   std::optional<LineReader> reader_;

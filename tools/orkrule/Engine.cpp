@@ -1,6 +1,7 @@
 #include "Engine.h"
 
 #include "LineReader.h"
+#include "Outage.h"
 #include "Output.h"
 #include "Password.h"
 #include "Text.h"
@@ -42,16 +43,27 @@ EngineSetup::EngineSetup(const EngineOptions& given)
   }
 }
 
-Engine::Engine(const EngineSetup& setup, ORKBASE::ORKDB_DSType_ENUM server) {
+Engine::Engine(const EngineSetup& setup, ORKBASE::ORKDB_DSType_ENUM server)
+    : hasDatabase_(!setup.server.empty()) {
   const EngineOptions& options = setup.options;
-  if (!setup.server.empty()) {
+  if (hasDatabase_) {
     rules_.Connect(setup.server, options.port, u"", Wide(options.user), Wide(options.databaseName),
                    server, false, true, setup.password);
   }
+  Reach();
   Load(setup);
   rules_.set_formDataIn(options.formDataIn);
   rules_.set_useIsNull(!options.noIsNull);
   if (options.rtId) rules_.set_rtId(Wide(*options.rtId));
+}
+
+void Engine::Reach() {
+  if (!hasDatabase_) return;
+  const std::u16string noTable;  // the database tells at once that it has no fields
+  std::vector<ORKBASE::RuleField> fields;
+  if (authoring_.Fields(noTable, fields)) return;
+  const ORKBASE::MxErrorRecord& error = authoring_.errRecord();
+  if (error.cause == ORKBASE::kDatabaseCause) throw Outage{ToUtf8(ORKBASE::ErrorText(error))};
 }
 
 void Engine::Load(const EngineSetup& setup) {

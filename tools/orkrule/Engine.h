@@ -31,19 +31,23 @@ struct EngineSetup {
 /// that needs a table is told so.
 class Engine {
  public:
-  /// `server` is the kind of the database where --db names a server. Throws `Failure` where a
-  /// template, table or document cannot be loaded.
+  /// `server` is the kind of the database where --db names a server. Throws `Outage` where the
+  /// database does not answer, and `Failure` where a template, table or document cannot be loaded.
   explicit Engine(const EngineSetup& setup,
                   ORKBASE::ORKDB_DSType_ENUM server = ORKBASE::kSqlServerDs);
 
   ORKBASE::MxExpression& Rules() noexcept { return rules_; }
   ORKBASE::RuleAuthoring& Authoring() noexcept { return authoring_; }
 
+  /// Asks the database, if there is one, something that costs it little. Throws `Outage`.
+  void Reach();
+
  private:
   void Load(const EngineSetup& setup);
   void LoadCax(const EngineSetup::CaxDocument& document);
   void CheckLoaded(const std::string& what) const;
 
+  bool hasDatabase_;
   ORKBASE::MxExpression rules_;
   ORKBASE::RuleAuthoring authoring_{rules_};
 };

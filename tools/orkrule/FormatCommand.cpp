@@ -1,6 +1,7 @@
 // `orkrule format`: rules as the engine writes them.
 #include "Calls.h"
 #include "Commands.h"
+#include "RuleAnswers.h"
 #include "RuleInput.h"
 #include "Text.h"
 
@@ -12,7 +13,7 @@ namespace {
 struct FormatOptions {
   EngineOptions engine;
   RuleOptions rules;
-  std::int32_t width = 100;
+  std::optional<std::int32_t> width;
   bool check = false;
 };
 
@@ -22,26 +23,42 @@ void Tell(const Rule& rule, const std::string& formatted) {
              "the rule would be written\n" + formatted + "\n");
 }
 
+constexpr std::int32_t kWidth = 100;
+
+/// Rules that come as lines, and go out as such, stay lines.
+std::int32_t WidthOf(const FormatOptions& options) {
+  const bool areLines = !options.rules.rule && !options.rules.jsonLines;
+  return options.width.value_or(areLines && !options.rules.json ? 0 : kWidth);
+}
+
+void Show(const FormatOptions& options, const Rule& rule, Json answer) {
+  const std::string formatted = answer.at("expression").get<std::string>();
+  if (options.rules.json) {
+    Json own = {{KeyOf(options.rules), formatted}};
+    answer.erase("expression");
+    own.update(answer);
+    RuleAnswers::PrintRecord(rule.given, own);
+  } else if (!options.check) {
+    Print(rule.before + formatted + "\n");
+  } else if (formatted != ToUtf8(rule.text)) {
+    Tell(rule, formatted);
+  }
+}
+
 ExitStatus Run(const FormatOptions& options) {
   Calls calls{EngineSetup(options.engine)};
   RuleInput input(options.rules);
-  ExitStatus status = kDone;
+  RuleAnswers answers(options.rules,
+                      {.lines = options.check ? 0U : 1U, .failed = "would be written otherwise"});
+  const std::int32_t width = WidthOf(options);
   while (const std::optional<Rule> rule = input.Next()) {
+    if (answers.IsUnreadable(*rule)) continue;
     const std::string text = ToUtf8(rule->text);
-    const Json answer =
-        calls.Ask({{"op", "Format"}, {"expression", text}, {"width", options.width}});
-    const auto& formatted = answer.at("expression").get_ref<const std::string&>();
-    const bool changes = formatted != text;
-    if (options.check && changes) status = kRefused;
-    if (options.rules.json) {
-      PrintJson(answer);
-    } else if (!options.check) {
-      Print(formatted + "\n");
-    } else if (changes) {
-      Tell(*rule, formatted);
-    }
+    const Json answer = calls.Ask({{"op", "Format"}, {"expression", text}, {"width", width}});
+    answers.Count(options.check && answer.at("expression") != text);
+    Show(options, *rule, answer);
   }
-  return status;
+  return answers.End();
 }
 
 }  // namespace
@@ -51,8 +68,9 @@ void AddFormatCommand(CLI::App& tool, ExitStatus& status) {
       tool.add_subcommand("format", "Write rules with even spacing, words and lines");
   const auto options = std::make_shared<FormatOptions>();
   AddRuleOptions(*command, options->rules);
-  command->add_option("--width", options->width, "Longest line, in units; 0 keeps one line a rule")
-      ->capture_default_str();
+  command->add_option("--width", options->width,
+                      "Longest line, in units; 0 keeps one line a rule. 100 where none is given, 0 "
+                      "for rules that are read as lines and printed as lines");
   command->add_flag("--check", options->check, "Print nothing, tell of rules that would change");
   AddLanguageOption(*command);
   AddTablesOption(*command, options->engine);

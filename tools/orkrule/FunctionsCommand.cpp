@@ -94,8 +94,10 @@ void AddFunctionsCommand(CLI::App& tool, ExitStatus& status) {
   command->add_flag("--json", options->json, "Write the answer as JSON");
   AddLanguageOption(*command);
   command->footer(
-      "native: the database's own form   user: calls functions that the application supplies\n"
-      "bare: reaches the database under its own name   refused: the database has no form for it\n"
+      "native   the database's own form\n"
+      "user     calls functions that the application supplies\n"
+      "bare     reaches the database under its own name\n"
+      "refused  the database has no form for it\n\n"
       "With one dialect: the SQL of a sample call, or why there is none.\n\n"
       "Example:\n  orkrule functions --dialect oracle");
   command->callback([options, &status] { status = Run(*options); });

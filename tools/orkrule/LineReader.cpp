@@ -13,6 +13,7 @@ namespace ORKTOOL {
 namespace {
 
 constexpr std::size_t kBlock = 1 << 16;
+constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
@@ -31,18 +32,29 @@ LineReader::~LineReader() {
 }
 
 bool LineReader::Next(std::string& line) {
+  if (Interrupt::IsAsked()) return false;
   std::size_t end = buffer_.find('\n', searched_);
   while (end == buffer_.npos) {
     searched_ = buffer_.size();
     if (!Fill()) break;
     end = buffer_.find('\n', searched_);
   }
-  if (end == buffer_.npos && begin_ == buffer_.size()) return false;
+  const bool isEnd = end == buffer_.npos && begin_ == buffer_.size();
+  if (isEnd || Interrupt::IsAsked()) return false;
   line.assign(buffer_, begin_, end == buffer_.npos ? end : end - begin_);
   begin_ = end == buffer_.npos ? buffer_.size() : end + 1;
   searched_ = begin_;
   ++number_;
+  if (number_ == 1 && line.starts_with(kByteOrderMark)) line.erase(0, 3);
   return true;
+}
+
+bool LineReader::NextWithoutWaiting(std::string& line) {
+  while (buffer_.find('\n', searched_) == buffer_.npos) {
+    searched_ = buffer_.size();
+    if (!InputWaiting() || !Fill()) return false;
+  }
+  return Next(line);
 }
 
 bool LineReader::Fill() {
@@ -50,6 +62,7 @@ bool LineReader::Fill() {
   searched_ -= begin_;
   begin_ = 0;
   if (beforeWait_ && !InputWaiting()) beforeWait_();
+  if (!Interrupt::WaitForInput(file_)) return false;
   const std::size_t kept = buffer_.size();
   buffer_.resize(kept + kBlock);
   ssize_t count = 0;
@@ -74,6 +87,7 @@ std::string ReadFile(const std::string& path) {
   LineReader reader(path);
   std::string text;
   for (std::string line; reader.Next(line);) text.append(line).append("\n");
+  Interrupt::EndIfAsked();
   return text;
 }
 

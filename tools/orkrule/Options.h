@@ -37,6 +37,10 @@ struct RuleOptions {
   bool jsonLines = false;
   bool json = false;
   std::string type = "auto";
+  std::optional<std::string> key;  ///< member of a JSON line that holds what is read
+  bool typed = false;              ///< lines are TYPE RULE
+  bool keepGoing = false;          ///< a line that cannot be read does not end the run
+  bool needsType = false;          ///< the types that lines name are asked for
 };
 
 struct NamedType {
@@ -59,11 +63,14 @@ inline constexpr NamedType kTypes[] = {
 
 /// Adds --db, --user, --database, --port, --ask-password, --rt, --cax and the modes.
 void AddEngineOptions(CLI::App& command, EngineOptions& options);
+/// The group of the options that say what words rules may have.
+inline constexpr const char* kWordsGroup = "Words of rules";
+
 /// Adds --tables: the data tables to load before the first rule.
 void AddTablesOption(CLI::App& command, EngineOptions& options);
-/// Adds the rule itself, --file and --jsonl, and --json.
+/// Adds the rule itself, --file, --jsonl, --key, --typed, --keep-going, and --json.
 void AddRuleOptions(CLI::App& command, RuleOptions& options);
-/// Adds a document, --file and --jsonl, and --json.
+/// Adds a document, --file, --jsonl, --key, --keep-going, and --json.
 void AddDocumentOptions(CLI::App& command, RuleOptions& options);
 /// Adds --type.
 void AddTypeOption(CLI::App& command, RuleOptions& options);

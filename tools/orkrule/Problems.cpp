@@ -110,6 +110,19 @@ std::string FixesText(const std::vector<ORKBASE::RuleFix>& fixes) {
   return text;
 }
 
+Json FixesJson(const std::vector<ORKBASE::RuleFix>& fixes) {
+  Json list = Json::array();
+  for (const ORKBASE::RuleFix& fix : fixes) {
+    Json edits = Json::array();
+    for (const ORKBASE::RuleEdit& edit : fix.edits) {
+      edits.push_back(
+          {{"offset", edit.offset}, {"length", edit.length}, {"text", ToUtf8(edit.text)}});
+    }
+    list.push_back({{"label", ToUtf8(fix.label)}, {"edits", std::move(edits)}});
+  }
+  return list;
+}
+
 bool HasErrors(const Problems& problems) {
   return std::any_of(problems.begin(), problems.end(), [](const ORKBASE::RuleProblem& problem) {
     return problem.severity == ORKBASE::kErrorSeverity;

@@ -29,6 +29,9 @@ std::string ProblemText(const std::string& begin, const Rule& rule,
 /// The fixes of a problem, one a line.
 std::string FixesText(const std::vector<ORKBASE::RuleFix>& fixes);
 
+/// The fixes as an answer to `Check` has them.
+Json FixesJson(const std::vector<ORKBASE::RuleFix>& fixes);
+
 bool HasErrors(const Problems& problems);
 /// Whether the database failed, and not the rule.
 bool HasOutage(const Problems& problems);

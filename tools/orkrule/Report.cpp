@@ -1,6 +1,7 @@
 #include "Report.h"
 
 #include "Excerpt.h"
+#include "Outage.h"
 #include "Problems.h"
 #include "Text.h"
 
@@ -32,9 +33,9 @@ std::size_t CharactersBefore(std::u16string_view text) {
 }  // namespace
 
 Refusal RefusalOf(const ORKBASE::MxErrorRecord& error) {
-  Refusal refusal{error.number, ORKBASE::ErrorText(error)};
+  Refusal refusal{error.message != 0 ? error.message : error.number, ORKBASE::ErrorText(error)};
   if (error.cause == ORKBASE::kDatabaseCause || error.number != kOwnError) {
-    throw Failure{kInputOutput, ToUtf8(refusal.text)};
+    throw Outage{ToUtf8(refusal.text)};
   }
   if (error.offset >= 0) {
     refusal.at = static_cast<std::size_t>(error.offset);
@@ -84,9 +85,13 @@ void ReportWarnings(const Rule& rule, ORKBASE::RuleAuthoring& authoring,
 Json RefusalJson(const std::u16string& rule, const Refusal& refusal) {
   Json json = {{"number", refusal.number}, {"text", ToUtf8(refusal.text)}};
   if (refusal.at) {
+    json["offset"] = *refusal.at;
+    json["length"] = refusal.length;
+    json["unit"] = "utf-16";
     json["position"] = CharactersBefore(std::u16string_view(rule).substr(0, *refusal.at));
   }
   if (!refusal.hint.empty()) json["hint"] = ToUtf8(refusal.hint);
+  json["fixes"] = FixesJson(refusal.fixes);
   return json;
 }
 

@@ -23,7 +23,7 @@ namespace ORKTOOL {
 
 /// Why a rule was refused, and where.
 struct Refusal {
-  std::int32_t number = 0;
+  std::int32_t number = 0;  ///< of the message
   std::u16string text;
   std::optional<std::size_t> at = std::nullopt;  ///< unit at which the refused word begins
   std::size_t length = 0;                        ///< of the refused word
@@ -31,7 +31,7 @@ struct Refusal {
   std::vector<ORKBASE::RuleFix> fixes = {};
 };
 
-/// The refusal that an error record tells. Throws `Failure` where the database failed, not the
+/// The refusal that an error record tells. Throws `Outage` where the database failed, not the
 /// rule.
 Refusal RefusalOf(const ORKBASE::MxErrorRecord& error);
 
@@ -53,8 +53,9 @@ struct WarningsWanted {
 void ReportWarnings(const Rule& rule, ORKBASE::RuleAuthoring& authoring,
                     const WarningsWanted& wanted);
 
-/// {"number", "text", "position", "hint"}, the last two where there are any: the position counts
-/// the characters before the refused word.
+/// {"number", "text", "offset", "length", "unit", "position", "hint", "fixes"}. The number is that
+/// of the message. Offset and length of the refused word count units of UTF-16, the position the
+/// characters before it; these four and the hint are there where there are any.
 Json RefusalJson(const std::u16string& rule, const Refusal& refusal);
 
 }  // namespace ORKTOOL

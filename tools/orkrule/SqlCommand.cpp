@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Engine.h"
 #include "Report.h"
+#include "RuleAnswers.h"
 #include "RuleInput.h"
 #include "Text.h"
 #include "Translation.h"
@@ -32,24 +33,24 @@ class SqlRun {
   explicit SqlRun(const SqlOptions& options)
       : options_(options),
         dialects_(DialectsOf(options.dialect)),
+        answers_(options.rules, {.lines = dialects_.size() * (options.split ? 2 : 1)}),
         engine_(EngineSetup(options.engine), dialects_.front().number) {
     for (const ORKBASE::RuleDialect& dialect : dialects_) numbers_.push_back(dialect.number);
   }
 
   ExitStatus All() {
     RuleInput input(options_.rules);
-    ExitStatus status = kDone;
     while (const std::optional<Rule> rule = input.Next()) {
-      if (!One(*rule)) status = kRefused;
+      if (!answers_.IsUnreadable(*rule)) answers_.Count(!One(*rule));
     }
-    return status;
+    return answers_.End();
   }
 
  private:
   bool One(const Rule& rule) {
     const Outcome outcome = Translate(rule);
     if (options_.rules.json) {
-      PrintJson(JsonOf(rule, outcome));
+      RuleAnswers::PrintRecord(rule.given, JsonOf(rule, outcome));
     } else {
       Show(rule, outcome);
       Warn(rule, outcome);
@@ -63,9 +64,7 @@ class SqlRun {
     const Verification verification = VerifyRule(engine_.Rules(), rule.type, rule.text);
     if (!verification.type) {
       outcome.refusal = RefusalOf(verification.error);
-      if (!options_.rules.json) {
-        AddAdvice(*outcome.refusal, engine_.Authoring(), verification.tried, rule);
-      }
+      AddAdvice(*outcome.refusal, engine_.Authoring(), verification.tried, rule);
       return outcome;
     }
     outcome.type = verification.type;
@@ -82,15 +81,21 @@ class SqlRun {
     const Refusal* const refusal = RefusalForAll(outcome);
     if (refusal) {
       ReportRefusal(rule, *refusal);
+      answers_.SkipLines(rule.place);
       return;
     }
     for (std::size_t i = 0; i < dialects_.size(); ++i) {
       const Translation& made = outcome.translations[i];
       const std::string name =
           ForOneDialect() ? "" : Padded(ToUtf8(dialects_[i].name), kDialectColumn);
-      Print(made.refusal ? name + "refused: " + ToUtf8(made.refusal->text) + "\n"
-                         : Sql(made, name));
+      Print(made.refusal ? Refused(*made.refusal, rule, name) : Sql(made, name));
     }
+  }
+
+  /// As many lines as the SQL would have been where the output is to stay in step.
+  std::string Refused(const Refusal& refusal, const Rule& rule, const std::string& name) const {
+    const bool isStep = options_.split && !rule.place.empty();
+    return name + "refused: " + ToUtf8(refusal.text) + (isStep ? "\n\n" : "\n");
   }
 
   void Warn(const Rule& rule, const Outcome& outcome) {
@@ -112,7 +117,7 @@ class SqlRun {
   }
 
   Json JsonOf(const Rule& rule, const Outcome& outcome) const {
-    Json json = {{"rule", ToUtf8(rule.text)}};
+    Json json = RuleMember(options_.rules, rule.text);
     if (ForOneDialect()) {
       AddTo(json, rule, 0, outcome);
       return json;
@@ -145,6 +150,7 @@ class SqlRun {
   const SqlOptions& options_;
   std::vector<ORKBASE::RuleDialect> dialects_;
   std::vector<ORKBASE::ORKDB_DSType_ENUM> numbers_;  // of the dialects
+  RuleAnswers answers_;
   Engine engine_;
 };
 

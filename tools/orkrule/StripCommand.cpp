@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Engine.h"
 #include "Report.h"
+#include "RuleAnswers.h"
 #include "RuleInput.h"
 #include "Text.h"
 
@@ -18,10 +19,15 @@ struct StripOptions {
 
 /// The rule without the tables, or why it was refused. The first verification loads the tables that
 /// the rule names: only a field whose table is loaded carries its name as it was written.
-std::optional<Refusal> Strip(ORKBASE::MxExpression& rules, const Rule& rule,
-                             const std::u16string& tables, std::u16string& out) {
+std::optional<Refusal> Strip(Engine& engine, const Rule& rule, const std::u16string& tables,
+                             std::u16string& out) {
+  ORKBASE::MxExpression& rules = engine.Rules();
   const Verification made = VerifyRule(rules, rule.type, rule.text);
-  if (!made.type) return RefusalOf(made.error);
+  if (!made.type) {
+    Refusal refusal = RefusalOf(made.error);
+    AddAdvice(refusal, engine.Authoring(), made.tried, rule);
+    return refusal;
+  }
   out = rule.text;
   rules.RemoveDt(out, tables, *made.type);
   if (rules.errNumber() != 0) return RefusalOf(rules.errRecord());
@@ -29,36 +35,33 @@ std::optional<Refusal> Strip(ORKBASE::MxExpression& rules, const Rule& rule,
 }
 
 void Show(const StripOptions& options, const Rule& rule, const std::u16string& stripped,
-          const std::optional<Refusal>& refusal) {
-  if (!options.rules.json) {
-    if (refusal) {
-      ReportRefusal(rule, *refusal);
-    } else {
-      Print(ToUtf8(stripped) + "\n");
-    }
-    return;
-  }
-  Json json = {{"rule", ToUtf8(rule.text)}};
-  if (refusal) {
-    json["error"] = RefusalJson(rule.text, *refusal);
+          const std::optional<Refusal>& refusal, const RuleAnswers& answers) {
+  if (options.rules.json) {
+    Json json = RuleMember(options.rules, refusal ? rule.text : stripped);
+    json["original"] = ToUtf8(rule.text);
+    if (refusal) json["error"] = RefusalJson(rule.text, *refusal);
+    RuleAnswers::PrintRecord(rule.given, json);
+  } else if (refusal) {
+    ReportRefusal(rule, *refusal);
+    answers.SkipLines(rule.place);
   } else {
-    json["stripped"] = ToUtf8(stripped);
+    Print(rule.before + ToUtf8(stripped) + "\n");
   }
-  PrintJson(json);
 }
 
 ExitStatus Run(const StripOptions& options) {
   Engine engine{EngineSetup(options.engine)};
   const std::u16string tables = Wide(options.tables);
   RuleInput input(options.rules);
-  ExitStatus status = kDone;
+  RuleAnswers answers(options.rules);
   while (const std::optional<Rule> rule = input.Next()) {
+    if (answers.IsUnreadable(*rule)) continue;
     std::u16string stripped;
-    const std::optional<Refusal> refusal = Strip(engine.Rules(), *rule, tables, stripped);
-    if (refusal) status = kRefused;
-    Show(options, *rule, stripped, refusal);
+    const std::optional<Refusal> refusal = Strip(engine, *rule, tables, stripped);
+    answers.Count(refusal.has_value());
+    Show(options, *rule, stripped, refusal, answers);
   }
-  return status;
+  return answers.End();
 }
 
 }  // namespace

@@ -8,6 +8,45 @@
 #include <limits>
 
 namespace ORKTOOL {
+namespace {
+
+/// Lead bytes of well-formed sequences, and what their second byte may be.
+struct Utf8Row {
+  unsigned char firstLead, lastLead;
+  std::size_t size;
+  unsigned char firstSecond, lastSecond;
+};
+
+// clang-format off
+constexpr Utf8Row kUtf8Rows[] = {
+    {0x00, 0x7F, 1, 0x00, 0x00},
+    {0xC2, 0xDF, 2, 0x80, 0xBF},
+    {0xE0, 0xE0, 3, 0xA0, 0xBF},
+    {0xE1, 0xEC, 3, 0x80, 0xBF},
+    {0xED, 0xED, 3, 0x80, 0x9F},  // behind it come surrogates
+    {0xEE, 0xEF, 3, 0x80, 0xBF},
+    {0xF0, 0xF0, 4, 0x90, 0xBF},
+    {0xF1, 0xF3, 4, 0x80, 0xBF},
+    {0xF4, 0xF4, 4, 0x80, 0x8F},
+};
+// clang-format on
+
+/// Bytes of the sequence that the text begins with, 0 where it is not well-formed.
+std::size_t SequenceSize(std::string_view text) {
+  const auto byte = [text](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+  for (const Utf8Row& row : kUtf8Rows) {
+    if (byte(0) < row.firstLead || byte(0) > row.lastLead) continue;
+    if (text.size() < row.size) return 0;
+    if (row.size > 1 && (byte(1) < row.firstSecond || byte(1) > row.lastSecond)) return 0;
+    for (std::size_t i = 2; i < row.size; ++i) {
+      if (byte(i) < 0x80 || byte(i) > 0xBF) return 0;
+    }
+    return row.size;
+  }
+  return 0;
+}
+
+}  // namespace
 
 std::optional<std::u16string> FromUtf8(std::string_view text) {
   if (text.size() > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
@@ -19,6 +58,15 @@ std::optional<std::u16string> FromUtf8(std::string_view text) {
   if (U_FAILURE(status)) return std::nullopt;
   out.resize(static_cast<std::size_t>(length));
   return out;
+}
+
+std::optional<std::size_t> BadUtf8At(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t size = SequenceSize(text.substr(at));
+    if (size == 0) return at;
+    at += size;
+  }
+  return std::nullopt;
 }
 
 std::string ToUtf8(std::u16string_view text) {
@@ -38,7 +86,7 @@ char32_t NextCodePoint(std::u16string_view text, std::size_t& at) {
 }
 
 bool IsControl(char32_t character) {
-  return character < 0x20 || character == 0x7F;
+  return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
 std::size_t CharacterWidth(char32_t character) {

@@ -12,6 +12,9 @@ namespace ORKTOOL {
 /// The text of well-formed UTF-8 below 2 GiB, else nothing.
 std::optional<std::u16string> FromUtf8(std::string_view text);
 
+/// Where the first bytes stand that are no well-formed UTF-8; nothing where all are.
+std::optional<std::size_t> BadUtf8At(std::string_view text);
+
 /// UTF-8 of a text; a lone surrogate becomes U+FFFD.
 std::string ToUtf8(std::u16string_view text);
 

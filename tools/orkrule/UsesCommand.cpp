@@ -2,12 +2,15 @@
 // --list the words themselves that rules depend on.
 #include "Calls.h"
 #include "Commands.h"
+#include "NameCase.h"
+#include "RuleAnswers.h"
 #include "RuleInput.h"
 #include "Table.h"
 #include "Text.h"
 
 #include "MxExpression.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace ORKTOOL {
@@ -31,35 +34,99 @@ void ShowWords(const Rule& rule, const Json& answer) {
   Print(TableText(rows));
 }
 
+bool HasUnknownWord(const Json& answer) {
+  const Json& uses = answer.at("uses");
+  const auto isUnknown = [](const Json& use) { return use.at("kind") == "unknown"; };
+  return std::any_of(uses.begin(), uses.end(), isUnknown);
+}
+
 ExitStatus List(const UsesOptions& options) {
   Calls calls{EngineSetup(options.engine)};
   RuleInput input(options.rules);
+  RuleAnswers answers(options.rules, {.lines = 0});
   while (const std::optional<Rule> rule = input.Next()) {
+    if (answers.IsUnreadable(*rule)) continue;
+    answers.Count(false);
     const Json answer = calls.Ask({{"op", "Uses"}, {"expression", ToUtf8(rule->text)}});
+    if (HasUnknownWord(answer)) calls.Reach();  // it may be the database that is to blame
     if (options.rules.json) {
-      PrintJson(answer);
+      Json json = RuleMember(options.rules, rule->text);
+      json.update(answer);
+      RuleAnswers::PrintRecord(rule->given, json);
     } else {
       ShowWords(*rule, answer);
     }
   }
-  return kDone;
+  return answers.End();
 }
+
+/// Whether rules use tables. The engine takes a name in any case; what it finds in another one only
+/// is told.
+class UsesRun {
+ public:
+  UsesRun(const UsesOptions& options, const std::u16string& tables)
+      : options_(options),
+        tables_(tables),
+        case_(NamesOf(tables), {}, u"[]"),
+        answers_(options.rules) {}
+
+  ExitStatus All() {
+    RuleInput input(options_.rules);
+    while (const std::optional<Rule> rule = input.Next()) {
+      if (answers_.IsUnreadable(*rule)) continue;
+      answers_.Count(false);
+      Show(*rule, engine_.IsDtsInExp(tables_, rule->text));
+    }
+    return answers_.End();
+  }
+
+ private:
+  static std::vector<std::u16string> NamesOf(std::u16string_view list) {
+    std::vector<std::u16string> names;
+    while (!list.empty()) {
+      const std::size_t end = std::min(list.find(u','), list.size());
+      names.emplace_back(list.substr(0, end));
+      list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return names;
+  }
+
+  void Show(const Rule& rule, bool uses) {
+    std::vector<CaseDifference> differences;
+    if (uses) differences = OtherCaseAlone(rule.text);
+    if (options_.rules.json) {
+      Json json = RuleMember(options_.rules, rule.text);
+      json["uses"] = uses;
+      json["differsInCase"] = CaseJson(differences);
+      RuleAnswers::PrintRecord(rule.given, json);
+      return;
+    }
+    Print(uses ? "yes\n" : "no\n");
+    for (const CaseDifference& each : differences) {
+      PrintError(CaseNotice(rule, each, "was counted"));
+    }
+  }
+
+  /// The tables that the rule uses, but never in their own case.
+  std::vector<CaseDifference> OtherCaseAlone(const std::u16string& rule) {
+    NamesFound found = case_.In(rule);
+    std::erase_if(found.tables, [&](const CaseDifference& each) {
+      return found.exact.contains(each.name) || !engine_.IsDtsInExp(each.name, rule);
+    });
+    return found.tables;
+  }
+
+  const UsesOptions& options_;
+  std::u16string tables_;
+  NameCase case_;
+  RuleAnswers answers_;
+  ORKBASE::MxExpression engine_;
+};
 
 ExitStatus Run(const UsesOptions& options) {
   if (options.list) return List(options);
   if (!options.tables) throw Failure{kBadUsage, "--tables or --list is required"};
-  const std::u16string tables = Wide(*options.tables);
-  ORKBASE::MxExpression engine;
-  RuleInput input(options.rules);
-  while (const std::optional<Rule> rule = input.Next()) {
-    const bool uses = engine.IsDtsInExp(tables, rule->text);
-    if (options.rules.json) {
-      PrintJson({{"rule", ToUtf8(rule->text)}, {"uses", uses}});
-    } else {
-      Print(uses ? "yes\n" : "no\n");
-    }
-  }
-  return kDone;
+  return UsesRun(options, Wide(*options.tables)).All();
 }
 
 }  // namespace
@@ -69,7 +136,7 @@ void AddUsesCommand(CLI::App& tool, ExitStatus& status) {
       tool.add_subcommand("uses", "Tell whether rules use data tables, or what they use");
   const auto options = std::make_shared<UsesOptions>();
   AddRuleOptions(*command, options->rules);
-  command->add_option("--tables", options->tables, "The tables in question: A,B");
+  command->add_option("--tables", options->tables, "The tables in question, in any case: A,B");
   command->add_flag("--list", options->list, "List the words that each rule depends on")
       ->excludes(command->get_option("--tables"));
   AddLanguageOption(*command);

@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Engine.h"
 #include "Report.h"
+#include "RuleAnswers.h"
 #include "RuleInput.h"
 #include "Text.h"
 
@@ -17,43 +18,49 @@ struct VerifyOptions {
   bool noWarnings = false;
 };
 
+Json JsonOf(const VerifyOptions& options, const Rule& rule, const std::u16string& document,
+            const std::optional<Refusal>& refusal) {
+  Json json = RuleMember(options.rules, rule.text);
+  json["valid"] = !refusal;
+  if (refusal) {
+    json["error"] = RefusalJson(rule.text, *refusal);
+  } else if (options.document) {
+    json["document"] = ToUtf8(document);
+  }
+  return json;
+}
+
 void Show(const VerifyOptions& options, const Rule& rule, const std::u16string& document,
-          const std::optional<Refusal>& refusal) {
+          const std::optional<Refusal>& refusal, const RuleAnswers& answers) {
   if (options.rules.json) {
-    Json json = {{"rule", ToUtf8(rule.text)}, {"valid", !refusal}};
-    if (refusal) {
-      json["error"] = RefusalJson(rule.text, *refusal);
-    } else if (options.document) {
-      json["document"] = ToUtf8(document);
-    }
-    PrintJson(json);
-    return;
-  }
-  if (!refusal) {
+    RuleAnswers::PrintRecord(rule.given, JsonOf(options, rule, document, refusal));
+  } else if (!refusal) {
     Print(options.document ? ToUtf8(document) + "\n" : "valid\n");
-    return;
+  } else {
+    if (!options.document) Print("refused\n");
+    ReportRefusal(rule, *refusal);
+    if (options.document) answers.SkipLines(rule.place);
   }
-  if (!options.document) Print("refused\n");
-  ReportRefusal(rule, *refusal);
 }
 
 ExitStatus Run(const VerifyOptions& options) {
   Engine engine{EngineSetup(options.engine)};
   RuleInput input(options.rules);
-  ExitStatus status = kDone;
+  RuleAnswers answers(options.rules);
   while (const std::optional<Rule> rule = input.Next()) {
+    if (answers.IsUnreadable(*rule)) continue;
     const Verification made = VerifyRule(engine.Rules(), rule->type, rule->text);
     std::optional<Refusal> refusal;
     if (!made.type) {
       refusal = RefusalOf(made.error);
-      if (!options.rules.json) AddAdvice(*refusal, engine.Authoring(), made.tried, *rule);
-      status = kRefused;
+      AddAdvice(*refusal, engine.Authoring(), made.tried, *rule);
     }
-    Show(options, *rule, made.document, refusal);
+    answers.Count(refusal.has_value());
+    Show(options, *rule, made.document, refusal, answers);
     const bool warns = made.type && !options.rules.json && !options.noWarnings;
     if (warns) ReportWarnings(*rule, engine.Authoring(), {*made.type});
   }
-  return status;
+  return answers.End();
 }
 
 }  // namespace
