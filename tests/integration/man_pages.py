@@ -56,7 +56,7 @@ def main():
     if len(commands) < 15:
         sys.exit("the tool lists too few commands")
     found = [fault for command in [[], *commands] for fault in faults(tool, folder, command)]
-    sys.exit("\n".join(found))
+    sys.exit("\n".join(found) or 0)
 
 
 main()

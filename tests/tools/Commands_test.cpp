@@ -93,7 +93,7 @@ TEST(Messages, AreOneObject) {
 
 /// Runs the example of a help text as a shell does, on the sample database of the tests.
 int RunExample(const std::string& help) {
-  const std::string mark = "Example:\n";
+  const std::string mark = "Examples:\n";
   std::string example = help.substr(help.find(mark) + mark.size());
   const std::string sample = "examples/shop.db";
   for (std::size_t at; (at = example.find(sample)) != example.npos;)
@@ -111,7 +111,7 @@ TEST(Help, ShowsAnExampleThatWorks) {
         "fields", "vocabulary", "messages", "uses", "strip", "rename", "batch"}) {
     const ToolResult help = RunTool({command, "--help"});
     EXPECT_EQ(help.status, 0) << command;
-    EXPECT_NE(help.out.find("Example:\n"), help.out.npos) << command;
+    EXPECT_NE(help.out.find("Examples:\n"), help.out.npos) << command;
     EXPECT_NE(help.out.find(std::string("orkrule ") + command), help.out.npos) << command;
     EXPECT_EQ(RunExample(help.out), 0) << help.out;
   }

@@ -274,7 +274,7 @@ TEST_F(Outage, InTheMiddleStopsTheRunWithTheNumberOfRulesDone) {
       // clang-format off
       {{"sql"},                                "isnull([T].a,0)\n"},
       {{"verify"},                             "valid\n"},
-      {{"verify", "--json"},                   "{\"rule\":\"T.a\",\"valid\":true}\n"},
+      {{"verify", "--json"},                   "{\"expression\":\"T.a\",\"valid\":true}\n"},
       {{"strip", "--tables", "Lines"},         "T.a\n"},
       {{"uses", "--list"},                     "field  T.a\n"},
       // clang-format on

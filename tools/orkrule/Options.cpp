@@ -74,8 +74,8 @@ std::vector<std::string> PiecesOf(const std::string& list) {
   return pieces;
 }
 
-/// What is wrong with the name of a dialect: the right ones, and the likeliest. A short other name is
-/// likelier that of another product: MySQL is no slip for MSSQL.
+/// What is wrong with the name of a dialect: the right ones, and the likeliest. A short other name
+/// is likelier that of another product: MySQL is no slip for MSSQL.
 std::string UnknownDialect(const std::string& name, bool several) {
   constexpr std::size_t kShort = 5;
   const std::vector<std::string> names = DialectNames(several);
