@@ -1,38 +1,16 @@
 // Threads that may be left to themselves.
 #include "database/Job.h"
 
-#include <csignal>
+#include "platform/SignalsBlocked.h"
+
 #include <system_error>
 #include <utility>
 
 namespace ORKDB {
-namespace {
-
-/// Keeps the signals of the process away from threads that are started in its scope: their handlers
-/// belong to the threads of the host. What a fault raises still reaches the thread at fault.
-class SignalsBlocked {
- public:
-  SignalsBlocked() {
-    sigset_t all;
-    sigfillset(&all);
-    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT}) {
-      sigdelset(&all, fault);
-    }
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  SignalsBlocked(const SignalsBlocked&) = delete;
-  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
- private:
-  sigset_t before_{};
-};
-
-}  // namespace
 
 Job::Job(std::function<void()> work) {
   const auto shared = std::make_shared<std::function<void()>>(std::move(work));
-  const SignalsBlocked blocked;
+  const ORKBASE::SignalsBlocked blocked;
   try {
     thread_ = std::thread([shared, progress = progress_] { Perform(*shared, *progress); });
   } catch (const std::system_error&) {

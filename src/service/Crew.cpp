@@ -1,5 +1,7 @@
 #include "service/Crew.h"
 
+#include "platform/SignalsBlocked.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -13,6 +15,7 @@ constexpr std::size_t kMostHeld = std::size_t{16} << 20;
 
 Crew::Crew(std::size_t workers, Work work) : work_(std::move(work)) {
   threads_.reserve(workers);
+  const SignalsBlocked blocked;
   try {
     while (threads_.size() < workers) {
       threads_.emplace_back([this, worker = threads_.size()] { Run(worker); });

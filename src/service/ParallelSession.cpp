@@ -5,7 +5,6 @@
 #include "service/AnswerText.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace ORKBASE {
@@ -33,22 +32,25 @@ RuleAnswer ParallelSession::Answer(std::string_view request) {
 
 void ParallelSession::Answer(std::span<const std::string_view> requests, const Take& take) {
   while (!requests.empty()) {
-    std::size_t beside = 0;
+    Progress progress;
     if (requests.size() >= kFew) {
-      beside = AnswerBeside(requests.first(std::min(requests.size(), kMostBeside)), take);
-      requests = requests.subspan(beside);
+      progress = AnswerBeside(requests.first(std::min(requests.size(), kMostBeside)), take);
+      requests = requests.subspan(progress.taken);
     }
-    // A strict call stopped the crew, or there is too little to do for it.
-    const std::size_t alone = beside < kFew ? kFew : beside < kMostBeside ? 1 : 0;
-    for (const std::string_view request : requests.first(std::min(requests.size(), alone))) {
-      take(Answer(request));
-      requests = requests.subspan(1);
-    }
+    const std::size_t alone = std::min(requests.size(), AloneAfter(progress));
+    for (const std::string_view request : requests.first(alone)) take(Answer(request));
+    requests = requests.subspan(alone);
   }
 }
 
-std::size_t ParallelSession::AnswerBeside(std::span<const std::string_view> requests,
-                                          const Take& take) {
+std::size_t ParallelSession::AloneAfter(const Progress& progress) noexcept {
+  if (progress.taken < kFew) return kFew;  // a strict call among strict ones, or a short list
+  if (progress.asks > progress.taken / 2) return kAhead;  // most would be begun twice
+  return progress.taken < kMostBeside ? 1 : 0;
+}
+
+ParallelSession::Progress ParallelSession::AnswerBeside(std::span<const std::string_view> requests,
+                                                        const Take& take) {
   // However it ends, the crew is at rest then and nothing is left of the list.
   struct AtEnd {
     ParallelSession& session;
@@ -57,35 +59,38 @@ std::size_t ParallelSession::AnswerBeside(std::span<const std::string_view> requ
       for (std::size_t i = 0; i < begun; ++i) session.answers_[i] = {};
     }
   };
-  std::size_t taken = 0;
+  Progress progress;
   {
     const AtEnd end{*this};
     requests_ = requests;
     crew_.Start(requests.size());
-    taken = TakeInOrder(requests, take);
+    progress = TakeInOrder(requests, take);
   }
   crew_.ThrowFault();
-  return taken;
+  return progress;
 }
 
-std::size_t ParallelSession::TakeInOrder(std::span<const std::string_view> requests,
-                                         const Take& take) {
+ParallelSession::Progress ParallelSession::TakeInOrder(std::span<const std::string_view> requests,
+                                                       const Take& take) {
   using State = SideAnswer::State;
+  Progress progress;
   Change change;
-  std::size_t begun = requests.size();
-  for (std::size_t i = 0; i < requests.size(); ++i) {
-    if (i >= begun || (begun == requests.size() && !crew_.WaitFor(i))) return i;
+  bool isAtRest = false;
+  for (std::size_t& i = progress.taken; i < requests.size(); ++i) {
+    if (!isAtRest && !crew_.WaitFor(i)) break;
     SideAnswer& side = answers_[i];
-    if (side.state == State::kOpen || side.state == State::kStrict) return i;
-    if (change.ofWords || (change.ofEditing && side.isEditing)) return i;
+    if (side.state == State::kOpen || side.state == State::kStrict) break;
+    if (change.ofWords || (change.ofEditing && side.isEditing)) break;
     if (side.state == State::kAnswered) {
       Deliver(side, take);
       continue;
     }
-    begun = crew_.Rest();
+    crew_.Rest();
+    isAtRest = true;
     Ask(requests[i], side.object, change, take);
+    ++progress.asks;
   }
-  return requests.size();
+  return progress;
 }
 
 std::size_t ParallelSession::Work(std::size_t worker, std::size_t item) {

@@ -44,9 +44,17 @@ class ParallelSession {
     bool ofEditing = false;  ///< none to a call of an editor
   };
 
-  /// Let the crew answer the first of the requests; returns how many are answered then.
-  std::size_t AnswerBeside(std::span<const std::string_view> requests, const Take& take);
-  std::size_t TakeInOrder(std::span<const std::string_view> requests, const Take& take);
+  /// How far the crew came.
+  struct Progress {
+    std::size_t taken = 0;  ///< requests that are answered
+    std::size_t asks = 0;   ///< those of them that asked the database
+  };
+
+  /// Lets the crew answer the first of the requests.
+  Progress AnswerBeside(std::span<const std::string_view> requests, const Take& take);
+  Progress TakeInOrder(std::span<const std::string_view> requests, const Take& take);
+  /// How many requests are then better answered without it.
+  static std::size_t AloneAfter(const Progress& progress) noexcept;
   std::size_t Work(std::size_t worker, std::size_t item);
   void Deliver(SideAnswer& side, const Take& take);
   /// Carries out a call that asks the database.

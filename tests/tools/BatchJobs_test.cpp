@@ -20,7 +20,7 @@ std::string ExampleLines() {
     const std::size_t blank = line.find(' ');
     if (line.starts_with('#') || blank == line.npos) continue;
     const std::string rule = line.substr(line.find_first_not_of(' ', blank));
-    const std::string op = ++number % 3 == 0 ? "Check" : "Translate";
+    const std::string op = ++number % 40 == 0 ? "Check" : "Translate";
     lines += Json{{"id", number}, {"op", op}, {"type", 5}, {"expression", rule}}.dump() + "\n";
     if (number % 20 == 0) lines += "\n{\"op\":\"get\"}\n{\"op\":\n";
     if (number % 50 == 0)
@@ -31,12 +31,12 @@ std::string ExampleLines() {
 
 TEST(BatchJobs, AnswerWithTheSameBytes) {
   std::string lines;
-  while (lines.size() < 1'500'000) lines += ExampleLines();
+  while (lines.size() < 600'000) lines += ExampleLines();  // some thousand lines
   const ToolResult one = RunTool({"batch"}, lines);
   EXPECT_EQ(one.status, 0);
   EXPECT_EQ(one.err, "");
   EXPECT_GT(one.out.size(), lines.size());
-  for (const char* jobs : {"1", "2", "3", "0"}) {
+  for (const char* jobs : {"2", "3", "0"}) {
     const ToolResult many = RunTool({"batch", "--jobs", jobs}, lines);
     EXPECT_EQ(many.status, 0);
     EXPECT_EQ(many.err, "");
