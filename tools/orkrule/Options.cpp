@@ -1,6 +1,7 @@
 #include "Options.h"
 
 #include "Output.h"
+#include "TerminalInput.h"
 #include "Text.h"
 
 #include "OrkPlatform.h"
@@ -122,6 +123,7 @@ void AddRuleOptions(CLI::App& command, RuleOptions& options) {
       ->excludes(rule)
       ->excludes(jsonLines);
   AddLineOptions(command, options, "expression", "rule");
+  RefuseMuteWait(command, options, "rule");
 }
 
 void AddDocumentOptions(CLI::App& command, RuleOptions& options) {
@@ -136,6 +138,7 @@ void AddDocumentOptions(CLI::App& command, RuleOptions& options) {
                 "passed on by --json")
       ->excludes(document);
   AddLineOptions(command, options, "document", "document");
+  RefuseMuteWait(command, options, "document");
 }
 
 void AddTypeOption(CLI::App& command, RuleOptions& options) {
