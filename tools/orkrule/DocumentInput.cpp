@@ -1,5 +1,6 @@
 #include "DocumentInput.h"
 
+#include "Interrupt.h"
 #include "Outage.h"
 #include "Output.h"
 #include "Text.h"
@@ -64,7 +65,7 @@ std::optional<Document> DocumentInput::Next() {
   } while (IsBlank(line));
   Document document{u"", reader_->Name() + ":" + std::to_string(reader_->Number())};
   try {
-    Read(std::move(line), document);
+    if (!Read(std::move(line), document)) return std::nullopt;
   } catch (const UnreadableLine& unreadable) {
     if (!options_.keepGoing && !Interrupt::IsAsked()) throw Failure{kInputOutput, unreadable.why};
     document.unreadable = unreadable.why;
@@ -73,7 +74,7 @@ std::optional<Document> DocumentInput::Next() {
   return document;
 }
 
-void DocumentInput::Read(std::string line, Document& document) {
+bool DocumentInput::Read(std::string line, Document& document) {
   const std::size_t first = reader_->Number();
   std::string text;
   if (options_.jsonLines) {
@@ -82,8 +83,10 @@ void DocumentInput::Read(std::string line, Document& document) {
     ElementEnd end;
     text = line;
     while (!end.Reads(line) && reader_->Next(line)) text.append("\n").append(line);
+    if (Interrupt::IsAsked()) return false;
   }
   document.text = TextOfLines(text, reader_->Name(), first);
+  return true;
 }
 
 }  // namespace ORKTOOL

@@ -44,7 +44,8 @@ class DocumentInput {
   std::optional<Document> Next();
 
  private:
-  void Read(std::string line, Document& document);
+  /// False where the process was asked to end: it may be half of a document.
+  bool Read(std::string line, Document& document);
 
   RuleOptions options_;
   std::optional<LineReader> reader_;

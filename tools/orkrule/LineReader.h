@@ -25,7 +25,7 @@ class LineReader {
   void set_beforeWait(std::function<void()> action) { beforeWait_ = std::move(action); }
 
   /// Reads the next line without its line feed; false at the end, and when the process was asked to
-  /// end. A byte order mark at the beginning is no part of the first one. Throws `Failure` where
+  /// end. A byte order mark at the beginning is no part of the first line. Throws `Failure` where
   /// reading fails.
   bool Next(std::string& line);
   /// The same, but false too where the next line is not there yet.

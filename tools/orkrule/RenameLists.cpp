@@ -68,8 +68,9 @@ std::vector<std::u16string> FieldsToday(const std::vector<NewName>& fields,
       names.push_back(field.from);
       continue;
     }
-    for (const std::u16string& table : known->second)
+    for (const std::u16string& table : known->second) {
       names.push_back(table + field.from.substr(end));
+    }
   }
   return names;
 }
