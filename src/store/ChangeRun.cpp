@@ -120,14 +120,15 @@ void ChangeRun::Add(const StoreChange& change) {
 }
 
 const ChangeReport& ChangeRun::Apply(const GoesOn& goesOn) {
-  if (report_.isComplete) return report_;
-  if (IsFinished()) {
-    report_.doneBefore = report_.added;
-    report_.isComplete = true;
+  const bool isNew = report_.added == 0 && !IsContinued();  // there is nothing to remember
+  if (!report_.isComplete && !isNew && !IsFinished()) {
+    ledger_->Open([this](const StoreValue& id) { return HashOfRow(id); });
   }
-  if (report_.added == 0 && !IsContinued()) report_.isComplete = true;  // nothing to remember
+  if (IsFinished() && !report_.isComplete) {
+    report_.doneBefore = report_.added - report_.written - report_.leftCount;
+  }
+  report_.isComplete = report_.isComplete || isNew || IsFinished();
   if (report_.isComplete) return report_;
-  ledger_->Open([this](const StoreValue& id) { return HashOfRow(id); });
   Outcome outcome = kGoOn;
   while (outcome == kGoOn) outcome = RunBatchAgainAndAgain(goesOn);
   report_.isComplete = outcome == kEnd;

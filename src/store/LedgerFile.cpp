@@ -21,9 +21,9 @@ constexpr std::size_t kPiece = std::size_t{1} << 16;
 constexpr std::size_t kShortPiece = 256;  // most lines are shorter
 constexpr std::string_view kBegin = R"({"run":")";
 
-bool MayBeginLedger(std::string_view text) {
-  const std::size_t size = std::min(kBegin.size(), text.size());
-  return text.substr(0, size) == kBegin.substr(0, size);
+/// Whether a first line that cannot be read is one that was broken off.
+bool MayBeginLedger(std::string_view text, bool isWhole) {
+  return text.starts_with(kBegin) || (!isWhole && kBegin.starts_with(text));
 }
 
 }  // namespace
@@ -132,7 +132,7 @@ void LedgerFile::ReadAll(const Reader& reader) {
     } else if (bad < 0) {
       bad = lines.Begin();
       badCount = count;
-      if (bad == 0 && !MayBeginLedger(lines.Text())) FailAsDamaged(badCount);
+      if (bad == 0 && !MayBeginLedger(lines.Text(), lines.IsWhole())) FailAsDamaged(badCount);
     } else if (isGood && line.kind == LedgerLine::kPrepared) {
       FailAsDamaged(badCount);  // what is before this was on the disk
     }

@@ -44,9 +44,11 @@ struct RunState {
   std::int32_t batches = 0;
   bool isFinished = false;
   bool hasLeft = false;
-
-  bool operator==(const RunState&) const = default;
 };
+
+bool IsSameMark(const RunState& one, const RunState& other) {
+  return one.batches == other.batches && one.isFinished == other.isFinished;
+}
 
 class TableLedger final : public ChangeLedger {
  public:
@@ -64,7 +66,9 @@ class TableLedger final : public ChangeLedger {
   }
 
   bool IsFinished() const noexcept override { return state_.isFinished && !state_.hasLeft; }
-  bool IsContinued() const noexcept override { return !IsFinished() && state_ != RunState(); }
+  bool IsContinued() const noexcept override {
+    return state_.batches > 0 || (state_.isFinished && state_.hasLeft);
+  }
 
   void Forget() override {
     if (isThere_) Statement(kDeleteAll)->Run({run_});
@@ -74,7 +78,7 @@ class TableLedger final : public ChangeLedger {
   void Open(const HashOfRow&) override {
     if (!isThere_) Create();
     const RunState now = ReadState();
-    if (now != state_ && !isUncertain_) FailAsInUse();
+    if (!IsSameMark(now, state_) && !isUncertain_) FailAsInUse();
     state_ = now;
     isUncertain_ = false;
     find_ = Statement(kFind);
@@ -96,6 +100,8 @@ class TableLedger final : public ChangeLedger {
     ++next_.batches;
     if (state_.batches == 0) {
       insert_->Run({run_, MarkOf(1)});
+      // One that ran to its end meanwhile has taken its counts away.
+      if (ReadState().isFinished != state_.isFinished) FailAsInUse();
     } else if (count_->Run({MarkOf(next_.batches), run_, MarkOf(state_.batches)}) == 0) {
       FailAsInUse();
     }
@@ -130,7 +136,7 @@ class TableLedger final : public ChangeLedger {
     } catch (const StoreFailure&) {
       return;  // what was refused first is to be told
     }
-    if (now.batches != state_.batches || now.isFinished != state_.isFinished) FailAsInUse();
+    if (!IsSameMark(now, state_)) FailAsInUse();
   }
 
  private:

@@ -123,7 +123,7 @@ const Statements kStatements[] = {
     {"",                                     kUpdate, "expression", "refusal The statement is empty."},
     {kSelect, "update rules set expression = :expression",              "expression", "refusal The update has no :id"},
     {kSelect, "update rules set note = ':id', expression = :expression", "expression", "refusal The update has no :id"},
-    {kSelect, "update rules set nothing = :expression where id = :id",  "expression", "refusal no such column: nothing"},
+    {kSelect, "update rules set nosuch = :expression where id = :id",  "expression", "refusal no such column: nosuch"},
     {kSelect, "update rules set expression = ? where id = :id",         "expression", "refusal A value in a statement is written as a name"},
     {kSelect, "delete rules where id = :id",                            "expression", "refusal near \"rules\""},
 };

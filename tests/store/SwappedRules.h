@@ -4,12 +4,18 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "SampleDatabase.h"
 #include "StoreChanges.h"
 #include "Utf8.h"
+
+/// Files of these tests are kept in memory where there is such a folder: they are synced a thousand
+/// times.
+inline const bool kIsInMemory =
+    access("/dev/shm", W_OK) == 0 && setenv("TMPDIR", "/dev/shm", 1) == 0;
 
 inline std::u16string Swapped(std::u16string text) {
   for (char16_t& unit : text) {
@@ -19,15 +25,16 @@ inline std::u16string Swapped(std::u16string text) {
 }
 
 /// SQL that makes so many rules: 1 `A.x1`, 2 `B.x2`, 3 `A.x3` and so on.
-inline std::string RulesTable(int count, const std::string& textType = "text") {
-  std::string sql =
-      "create table rules (id integer, expression " + textType + ", note " + textType + ");\n";
+inline std::string RulesTable(int count) {
+  std::string sql = "create table rules (id integer, expression text, note text);\n";
+  const char* before = "insert into rules values ";
   for (int i = 1; i <= count; ++i) {
     const std::string id = std::to_string(i);
-    sql += "insert into rules values (" + id + ", '" + (i % 2 == 1 ? "A.x" : "B.x") + id + "', 'n" +
-           id + "');\n";
+    sql += before;
+    sql += "(" + id + ", '" + (i % 2 == 1 ? "A.x" : "B.x") + id + "', 'n" + id + "')";
+    before = ", ";
   }
-  return sql;
+  return sql + ";";
 }
 
 inline ORKDB::ChangeSettings SwapSettings(const std::u16string& server,
