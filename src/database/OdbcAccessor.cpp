@@ -5,6 +5,7 @@
 #include "database/FailingAccessor.h"
 #include "database/Job.h"
 #include "database/OdbcConnection.h"
+#include "database/OdbcHandle.h"
 #include "foundation/MessageNumbers.h"
 #include "platform/MessageTexts.h"
 
@@ -30,11 +31,6 @@ std::int64_t SecondsUntil(Deadline end) {
 /// What a driver is told: at least one, since 0 is no limit.
 SQLULEN DriverSeconds(std::int64_t seconds) {
   return static_cast<SQLULEN>(std::max<std::int64_t>(seconds, 1));
-}
-
-bool IsAscii(std::u16string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char16_t unit) { return unit > 0 && unit < 0x80; });
 }
 
 }  // namespace

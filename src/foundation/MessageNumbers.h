@@ -227,6 +227,7 @@ enum MessageNumber : std::int32_t {
   kMsgStoreHalfCharacter     = 7504,
   kMsgStoreZeroInStatement   = 7505,
   kMsgStoreZeroInText        = 7506,
+  kMsgStoreReadOnly          = 7507,
 
   // Changes of rules in a store, 7520 to 7539
   kMsgChangesNotKept         = 7520,  ///< two %s: the folder, what the system says

@@ -7,6 +7,7 @@
 #include "database/SqliteAccessor.h"
 #include "foundation/MessageNumbers.h"
 #include "foundation/Text.h"
+#include "store/OdbcStore.h"
 #include "store/SqliteStore.h"
 #include "store/StoreRefusal.h"
 
@@ -42,6 +43,10 @@ AccessorRequest Located(AccessorRequest request, std::u16string_view kind) {
   return request;
 }
 
+bool IsOfKind(const AccessorRequest& request, std::u16string_view kind) {
+  return ORKBASE::ToLower(request.server.Server()).starts_with(kind);
+}
+
 }  // namespace
 
 std::unique_ptr<StoreConnection> OpenStore(const ORKBASE::ConnectionSettings& settings) {
@@ -52,7 +57,9 @@ std::unique_ptr<StoreConnection> OpenStore(const ORKBASE::ConnectionSettings& se
     return OpenSqliteStore(Located(request, kSqliteKind));
   }
   if (dynamic_cast<OdbcAccessor*>(accessor.get()) != nullptr) {
-    Refuse(ORKBASE::kMsgNoDatabaseKind);
+    const bool isString = IsOfKind(request, kOdbcKind);
+    const AccessorRequest located = Located(request, isString ? kOdbcKind : u"");
+    return OpenOdbcStore(isString ? TextOfString(located) : TextOfHost(located), located.readOnly);
   }
   if (dynamic_cast<FailingAccessor*>(accessor.get()) != nullptr) {
     accessor->QueryByStatement({}, MxParams(false));  // tells why no connection serves the request
