@@ -39,7 +39,8 @@ std::string Content(const std::string& path) {
 /// In the table of the store, or in a file beside it.
 class ChangeLedgers : public testing::TestWithParam<const char*> {
  protected:
-  explicit ChangeLedgers(int count = 5) : file_(RulesTable(count)), ledger_(file_) {}
+  explicit ChangeLedgers(int count = 5)
+      : file_(RulesTable(count)), ledger_(file_.Path() + ".ledger") {}
 
   ChangeSettings Settings(std::int64_t commitEvery) const {
     const bool isTable = std::string(GetParam()) == "table";
@@ -297,7 +298,7 @@ TEST(TableLedger, TellsOfARunThatBeginsBetweenTwoBatches) {
 TEST(FileLedger, KeepsOthersOut) {
   const ScopedLanguage english(u"en");
   const TempDatabase file(RulesTable(1));
-  const LedgerPath ledger(file);
+  const LedgerPath ledger(file.Path() + ".ledger");
   const ChangeSettings settings = SwapSettings(file.Server(), 2, ledger.Text());
   const StoreChanges one(settings);
   EXPECT_EQ(FailureOf([&] { const StoreChanges other(settings); }),
@@ -334,7 +335,7 @@ TEST(FileLedger, AsksTheRowsWhatBecameOfABatch) {
   for (const OpenBatch& row : kOpenBatches) {
     SCOPED_TRACE(std::string(row.isCommitted ? "committed, " : "not committed, ") + row.sql);
     const TempDatabase file(RulesTable(3));
-    const LedgerPath ledger(file);
+    const LedgerPath ledger(file.Path() + ".ledger");
     const ChangeSettings settings = SwapSettings(file.Server(), 0, ledger.Text());
     Faults faults;
     const auto fail = [](const std::string& call) {
@@ -363,7 +364,7 @@ TEST(FileLedger, AsksTheRowsWhatBecameOfABatch) {
 // harm.
 TEST(FileLedger, DoesAgainWhatLooksTheSame) {
   const TempDatabase file(RulesTable(2));
-  const LedgerPath ledger(file);
+  const LedgerPath ledger(file.Path() + ".ledger");
   ChangeSettings settings = SwapSettings(file.Server(), 0, ledger.Text());
   settings.update = u"update rules set note = :sign where id = :id";
   Faults faults;
@@ -382,7 +383,7 @@ TEST(FileLedger, DoesAgainWhatLooksTheSame) {
 
 /// A ledger of which three of five rules are done.
 struct Interrupted {
-  Interrupted() : file(RulesTable(5)), ledger(file) {
+  Interrupted() : file(RulesTable(5)), ledger(file.Path() + ".ledger") {
     StoreChanges changes(Settings());
     AddSwaps(changes, Settings());
     changes.Apply([](const ChangeReport& soFar) { return soFar.written < 3; });
@@ -421,7 +422,7 @@ TEST(FileLedger, ToleratesATornEnd) {
 TEST(FileLedger, LeavesAFileAloneThatIsNoLedger) {
   const ScopedLanguage english(u"en");
   const TempDatabase file(RulesTable(1));
-  const LedgerPath ledger(file);
+  const LedgerPath ledger(file.Path() + ".ledger");
   const struct {
     std::string content;
     bool isTaken;

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "SampleDatabase.h"
@@ -109,7 +110,7 @@ inline bool Always(const ORKDB::ChangeReport&) {
 
 /// A path for a ledger; the file goes with the object.
 struct LedgerPath {
-  explicit LedgerPath(const TempDatabase& file) : path(file.Path() + ".ledger") {}
+  explicit LedgerPath(std::string name) : path(std::move(name)) {}
   ~LedgerPath() { unlink(path.c_str()); }
   LedgerPath(const LedgerPath&) = delete;
   LedgerPath& operator=(const LedgerPath&) = delete;
