@@ -124,6 +124,8 @@ class ORKRULE_EXPORT StoreConnection {
 
 /// Opens a connection to a store: `sqlite:PATH` (the file has to be there), `odbc:CONNECTION
 /// STRING`, or the host of a server. `readOnly` is to be false for one that writes.
+/// An SQLite file that another writer holds is waited for as long as `loadSeconds` say; a server
+/// has five seconds to take the connection, and no limit afterwards.
 ORKRULE_EXPORT std::unique_ptr<StoreConnection> OpenStore(
     const ORKBASE::ConnectionSettings& settings);
 

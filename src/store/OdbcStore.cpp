@@ -21,6 +21,8 @@ namespace {
 // seconds.
 constexpr SQLULEN kLoginSeconds = 4;
 constexpr std::size_t kNameUnits = 256;
+/// What is read within a transaction stays as it is, or more than that.
+constexpr SQLULEN kIsolations[] = {SQL_TXN_REPEATABLE_READ, SQL_TXN_SERIALIZABLE};
 
 /// An open connection, and what its failures may not show.
 class Link {
@@ -186,16 +188,16 @@ class OdbcRows final : public StoreRows {
 class OdbcPrepared final : public StoreStatement {
  public:
   OdbcPrepared(const Link& link, NamedStatement named)
-      : isReadOnly_(link.IsReadOnly()),
-        named_(std::move(named)),
-        query_(link, named_.text),
-        parameters_(named_.places.size()) {}
+      : named_(std::move(named)), query_(link, named_.text), parameters_(named_.places.size()) {
+    // Not every driver can be told to read only. Asked now: once a statement has run, not every
+    // driver tells its columns between two executions.
+    isRefused_ = link.IsReadOnly() && query_.ColumnCount() == 0;
+  }
 
   const std::vector<std::u16string>& Names() const override { return named_.names; }
 
   std::int64_t Run(const StoreRow& values) override {
-    // Not every driver can be told to read only.
-    if (isReadOnly_ && query_.ColumnCount() == 0) Refuse(ORKBASE::kMsgStoreReadOnly);
+    if (isRefused_) Refuse(ORKBASE::kMsgStoreReadOnly);
     Bind(values);
     query_.Execute();
     SQLLEN count = -1;
@@ -206,9 +208,10 @@ class OdbcPrepared final : public StoreStatement {
 
   std::unique_ptr<StoreRows> Read(const StoreRow& values) override {
     Bind(values);
-    if (query_.ColumnCount() == 0) Refuse(ORKBASE::kMsgStoreNoRows);
     query_.Execute();
-    return std::make_unique<OdbcRows>(query_, nullptr);
+    auto rows = std::make_unique<OdbcRows>(query_, nullptr);
+    if (rows->Columns().empty()) Refuse(ORKBASE::kMsgStoreNoRows);
+    return rows;
   }
 
  private:
@@ -221,10 +224,10 @@ class OdbcPrepared final : public StoreStatement {
     }
   }
 
-  bool isReadOnly_;
   NamedStatement named_;
   Query query_;
   std::vector<OdbcParameter> parameters_;
+  bool isRefused_ = false;  // would change something on a connection that only reads
 };
 
 class OdbcStore final : public StoreConnection {
@@ -281,7 +284,7 @@ class OdbcStore final : public StoreConnection {
   /// A driver that knows no such isolation has a stricter one, or none at all.
   void AskForIsolation() {
     if (std::exchange(isIsolated_, true)) return;
-    for (const SQLULEN isolation : {SQL_TXN_REPEATABLE_READ, SQL_TXN_SERIALIZABLE}) {
+    for (const SQLULEN isolation : kIsolations) {
       if (SQL_SUCCEEDED(
               SQLSetConnectAttr(link_.Get(), SQL_ATTR_TXN_ISOLATION, AsPointer(isolation), 0))) {
         return;
