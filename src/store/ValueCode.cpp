@@ -85,22 +85,22 @@ struct IdWriter {
 struct ValueWriter {
   std::string& bytes;
 
-  void operator()(std::monostate) const { bytes += kNull; }
+  void operator()(std::monostate) const { bytes.push_back(kNull); }
   void operator()(std::int64_t number) const {
-    bytes += kWhole;
+    bytes.push_back(kWhole);
     AppendNumber(bytes, number);
   }
   void operator()(double number) const {
-    bytes += kFraction;
+    bytes.push_back(kFraction);
     AppendNumber(bytes, number);
   }
   void operator()(const std::u16string& text) const {
-    bytes += kText;
+    bytes.push_back(kText);
     AppendNumber(bytes, static_cast<std::uint64_t>(text.size() * sizeof(char16_t)));
     bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
   }
   void operator()(const StoreBytes& value) const {
-    bytes += kBytes;
+    bytes.push_back(kBytes);
     AppendNumber(bytes, static_cast<std::uint64_t>(value.size()));
     bytes.append(reinterpret_cast<const char*>(value.data()), value.size());
   }
