@@ -16,11 +16,6 @@ bool IsSet(const char* variable) {
   return value != nullptr && *value != '\0';
 }
 
-bool TerminalShowsColours() {
-  const char* const name = std::getenv("TERM");
-  return name != nullptr && *name != '\0' && std::string_view(name) != "dumb";
-}
-
 std::size_t ColumnsOf(int file) {
   constexpr std::size_t kUsual = 80;
   winsize size{};
@@ -36,7 +31,10 @@ const char* CodeOf(Colour colour) {
       return "\x1B[1;35m";
     case Colour::kInformation:
       return "\x1B[1;36m";
+    case Colour::kRemoved:
+      return "\x1B[31m";
     case Colour::kMark:
+    case Colour::kAdded:
       return "\x1B[32m";
     case Colour::kPlain:
       break;
@@ -53,9 +51,13 @@ void AddColourOption(CLI::App& command, std::string& choice) {
       ->capture_default_str();
 }
 
+bool CanMoveCursor() {
+  return IsSet("TERM") && std::string_view(std::getenv("TERM")) != "dumb";
+}
+
 Style StyleOf(int file, const std::string& choice) {
   const bool isTerminal = isatty(file) != 0;
-  const bool byItself = isTerminal && TerminalShowsColours() && !IsSet("NO_COLOR");
+  const bool byItself = isTerminal && CanMoveCursor() && !IsSet("NO_COLOR");
   return {choice == "always" || (choice != "never" && byItself), isTerminal ? ColumnsOf(file) : 0};
 }
 

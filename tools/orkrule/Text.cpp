@@ -38,7 +38,7 @@ char32_t NextCodePoint(std::u16string_view text, std::size_t& at) {
 }
 
 bool IsControl(char32_t character) {
-  return character < 0x20 || character == 0x7F;
+  return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
 std::size_t CharacterWidth(char32_t character) {
