@@ -5,10 +5,10 @@
 
 #include "authoring/AuthoringCall.h"
 #include "authoring/Spacing.h"
-#include "authoring/TagComparison.h"
 #include "authoring/UnwritableText.h"
 #include "authoring/WordSpelling.h"
 #include "document/Composer.h"
+#include "document/TagComparison.h"
 #include "document/TagReader.h"
 #include "platform/ErrorTexts.h"
 

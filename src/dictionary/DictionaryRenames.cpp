@@ -84,7 +84,7 @@ std::u16string Joined(std::u16string_view a, std::u16string_view b, std::u16stri
   return std::u16string(a).append(b).append(c);
 }
 
-Outcome RenameTable(MxWord& word, bool isTemplate, const RenamePair& pair) {
+Outcome RenameTable(MxWord& word, bool isTemplate, const RenameItem& pair) {
   const std::u16string_view dot = isTemplate ? u"." : u"";
   const std::u16string oldPrefix = Joined(dot, pair.from, u".");
   const std::u16string newPrefix = Joined(dot, pair.to, u".");
@@ -112,7 +112,7 @@ struct FieldNames {
 };
 
 /// `table.field` before and after, with a dot in front for the words of a template.
-FieldNames NamesOf(const RenamePair& pair, bool isTemplate) {
+FieldNames NamesOf(const RenameItem& pair, bool isTemplate) {
   const auto pieces = SplitText(pair.from, u".");
   const std::u16string_view table = pieces.empty() ? u"" : pieces[0];
   const std::u16string_view field = pieces.size() > 1 ? pieces[1] : u"";
@@ -141,13 +141,13 @@ using NewKeys = std::map<std::u16string, std::u16string>;  // by old key
 
 /// Renames tables in the words, and notes the keys of the tables that had any. False where a word
 /// becomes too long.
-bool RenameTables(DictionaryMap::Entries& entries, const std::vector<RenamePair>& pairs,
+bool RenameTables(DictionaryMap::Entries& entries, const std::vector<RenameItem>& pairs,
                   NewKeys& newKeys) {
   for (auto& [key, entry] : entries) {
     const Kind kind = KindOf(*entry.content);
     if (!kind.takesPart) continue;
     DictionaryRenamer renamer(entry.content);
-    for (const RenamePair& pair : pairs) {
+    for (const RenameItem& pair : pairs) {
       const Outcome outcome = renamer.ChangeWords(
           [&](MxWord& word) { return RenameTable(word, kind.isTemplate, pair); });
       if (outcome == Outcome::kTooLong) return false;
@@ -177,12 +177,12 @@ void MoveKeys(DictionaryMap::Change& change, const NewKeys& newKeys) {
 }  // namespace
 
 bool MxDictionarys::RenameFields(DictionaryMap::Change& change, std::u16string_view list) const {
-  const std::vector<RenamePair> pairs = ReadRenames(list);
+  const std::vector<RenameItem> pairs = ReadRenames(list);
   for (auto& [key, entry] : change.entries) {
     const Kind kind = KindOf(*entry.content);
     if (!kind.takesPart) continue;
     DictionaryRenamer renamer(entry.content);
-    for (const RenamePair& pair : pairs) {
+    for (const RenameItem& pair : pairs) {
       const FieldNames names = NamesOf(pair, kind.isTemplate);
       const Outcome outcome = renamer.ChangeWords([&](MxWord& word) {
         const Outcome renamed = RenameField(word, kind.isTemplate, names);

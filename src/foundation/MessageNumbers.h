@@ -227,6 +227,14 @@ enum MessageNumber : std::int32_t {
   kMsgStoreHalfCharacter     = 7504,
   kMsgStoreZeroInStatement   = 7505,
   kMsgStoreZeroInText        = 7506,
+  // Rules that are kept in a database, and their upkeep, 7540 to 7599
+  kMsgUpkeepNoRule           = 7540,
+  kMsgUpkeepNoDocument       = 7541,
+  kMsgUpkeepDocumentChanged  = 7542,
+  kMsgUpkeepSqlChanged       = 7543,  ///< one %s: the dialect
+  kMsgUpkeepNoForm           = 7544,  ///< one %s: the dialect
+  kMsgUpkeepNoCax            = 7545,  ///< one %s: the name
+  kMsgUpkeepBadCax           = 7546,  ///< two %s: the name, the reason
   // clang-format on
 };
 

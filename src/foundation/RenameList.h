@@ -12,13 +12,13 @@
 namespace ORKBASE {
 
 /// One item: what stands before its first ":" and behind it, empty where missing.
-struct RenamePair {
+struct RenameItem {
   std::u16string_view from;
   std::u16string_view to;
 };
 
 /// The items of `old:new,old:new`. A bad item reads as empty names.
-std::vector<RenamePair> ReadRenames(std::u16string_view list);
+std::vector<RenameItem> ReadRenames(std::u16string_view list);
 
 /// The quotes that make the quoted form of a name.
 struct NameQuotes {

@@ -24,7 +24,7 @@ struct TableRename {
 
 std::vector<TableRename> ReadTableRenames(std::u16string_view list, const NameQuotes& quotes) {
   std::vector<TableRename> renames;
-  for (const RenamePair& pair : ReadRenames(list)) {
+  for (const RenameItem& pair : ReadRenames(list)) {
     renames.push_back({Joined(pair.from, u".", u""), Joined(pair.to, u".", u""),
                        Joined(u".", pair.from, u"."), Joined(u".", pair.to, u"."),
                        Joined(quotes.open, pair.from, quotes.close),
@@ -41,7 +41,7 @@ struct FieldRename {
 
 std::vector<FieldRename> ReadFieldRenames(std::u16string_view list) {
   std::vector<FieldRename> renames;
-  for (const RenamePair& pair : ReadRenames(list)) {
+  for (const RenameItem& pair : ReadRenames(list)) {
     const std::u16string_view table = pair.from.substr(0, pair.from.find(u'.'));
     const std::u16string to = Joined(table, u".", pair.to);
     renames.push_back({pair.from, to, Joined(u".", pair.from, u""), Joined(u".", to, u"")});

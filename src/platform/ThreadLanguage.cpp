@@ -176,6 +176,18 @@ void SetThreadLanguage(std::u16string_view tag) {
   hasWish = !tag.empty();
 }
 
+LanguageScope::LanguageScope(LanguageId language) : language_(wishedLanguage), hadWish_(hasWish) {
+  tag_.swap(wishedTag);
+  wishedLanguage = language;
+  hasWish = true;
+}
+
+LanguageScope::~LanguageScope() {
+  wishedTag.swap(tag_);
+  wishedLanguage = language_;
+  hasWish = hadWish_;
+}
+
 std::u16string ThreadLanguage() {
   if (hasWish) return wishedTag;
   LocaleId locale{};

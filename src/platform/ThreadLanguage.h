@@ -4,6 +4,7 @@
 #include "platform/MessageFile.h"
 
 #include <compare>
+#include <string>
 #include <string_view>
 
 namespace ORKBASE {
@@ -26,6 +27,20 @@ Language LanguageNamed(std::u16string_view tag) noexcept;
 /// The wish of the calling thread: what `SetThreadLanguage` set, else its POSIX locale for
 /// messages. 0 for none and for a language without a number. Cheap enough to ask for every message.
 LanguageId ThreadLanguageId() noexcept;
+
+/// Gives the calling thread a language, and at its end the wish back that the thread had before.
+class LanguageScope {
+ public:
+  explicit LanguageScope(LanguageId language);
+  ~LanguageScope();
+  LanguageScope(const LanguageScope&) = delete;
+  LanguageScope& operator=(const LanguageScope&) = delete;
+
+ private:
+  std::u16string tag_;
+  LanguageId language_;
+  bool hadWish_;
+};
 
 /// The language of the environment (LC_ALL, LC_MESSAGES, LANG), read once; 0 for none.
 LanguageId UserLanguageId() noexcept;

@@ -254,7 +254,7 @@ TEST(RenameList, ReadsTheFirstTwoPiecesOfEachItem) {
   };
   for (const Case& c : cases) {
     std::string pairs;
-    for (const RenamePair& pair : ReadRenames(c.list)) {
+    for (const RenameItem& pair : ReadRenames(c.list)) {
       pairs += U8(pair.from) + ">" + U8(pair.to) + ";";
     }
     EXPECT_EQ(pairs, c.pairs) << U8(c.list);

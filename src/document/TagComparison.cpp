@@ -1,4 +1,4 @@
-#include "authoring/TagComparison.h"
+#include "document/TagComparison.h"
 
 #include <cstddef>
 
