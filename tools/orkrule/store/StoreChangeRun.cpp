@@ -53,8 +53,9 @@ ExitStatus StoreChangeRun::All() {
     return kRefused;
   }
   if (options_.writing.apply) {
-    writer_ = std::make_unique<StoreWriter>(WriterPlan{
-        options_.store, options_.writing, session_.Columns(), session_.SqlDialects(), RunText()});
+    writer_ = std::make_unique<StoreWriter>(WriterPlan{options_.store, options_.writing,
+                                                       session_.Columns(), session_.SqlDialects(),
+                                                       false, RunText()});
     if (writer_->IsFinished()) {
       PrintFinished(options_.store.json);
       return kDone;

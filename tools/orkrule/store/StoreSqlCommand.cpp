@@ -42,8 +42,9 @@ class StoreSqlRun {
 
   ExitStatus All() {
     if (options_.writing.apply) {
-      writer_ = std::make_unique<StoreWriter>(WriterPlan{
-          options_.store, options_.writing, session_.Columns(), session_.SqlDialects(), RunText()});
+      writer_ = std::make_unique<StoreWriter>(WriterPlan{options_.store, options_.writing,
+                                                         session_.Columns(), session_.SqlDialects(),
+                                                         true, RunText()});
       if (writer_->IsFinished()) {
         PrintFinished(options_.store.json);
         return kDone;
@@ -85,9 +86,13 @@ class StoreSqlRun {
   }
 
   void One(std::size_t worker, const ORKDB::StoreRow& row, RowsDone& done) {
+    const bool fillsDocument = writer_ && writer_->TakesDocument();
     const RowResult made = session_.ResultOf(
-        worker, row, [](ORKBASE::RuleUpkeep& upkeep, const ORKBASE::StoredRule& rule) {
-          return upkeep.Translate(rule);
+        worker, row, [fillsDocument](ORKBASE::RuleUpkeep& upkeep, const ORKBASE::StoredRule& rule) {
+          if (!fillsDocument || rule.document) return upkeep.Translate(rule);
+          ORKBASE::StoredRule filled = rule;  // one that is empty gets the document of today
+          filled.document.emplace();
+          return upkeep.Translate(filled);
         });
     const ORKBASE::UpkeepResult& result = made.result;
     done.tally.Count(result);

@@ -81,13 +81,15 @@ StoreWriter::Bound StoreWriter::BoundOf(const std::u16string& name) const {
     }
     if (bound.dialect) bound.column = plan_.columns.SqlOf(*asked);
   }
-  if (!bound.column && !bound.dialect) {
-    throw Failure{kBadUsage, "--update has :" + OneLine(name) +
-                                 ", which stands for nothing; there are " + KnownNames()};
+  if (IsSameName(name, u"expression") && bound.column) {
+    bound.text = &ORKBASE::StoredRule::expression;
   }
-  if (IsSameName(name, u"expression")) bound.text = &ORKBASE::StoredRule::expression;
-  if (IsSameName(name, u"document")) bound.text = &ORKBASE::StoredRule::document;
-  return bound;
+  if (IsSameName(name, u"document") && (bound.column || plan_.makesDocuments)) {
+    bound.text = &ORKBASE::StoredRule::document;
+  }
+  if (bound.column || bound.dialect || bound.text != nullptr) return bound;
+  throw Failure{kBadUsage, "--update has :" + OneLine(name) +
+                               ", which stands for nothing; there are " + KnownNames()};
 }
 
 std::string StoreWriter::KnownNames() const {
@@ -95,6 +97,7 @@ std::string StoreWriter::KnownNames() const {
   for (const std::u16string& name : plan_.columns.Names()) {
     names.append(names.empty() ? ":" : ", :").append(OneLine(name));
   }
+  if (plan_.makesDocuments && !plan_.columns.Find(u"document")) names.append(", :document");
   for (const ORKBASE::RuleDialect& dialect : plan_.dialects) {
     if (plan_.columns.SqlOf(dialect)) continue;
     names.append(", :").append(ToUtf8(kSqlColumn)).append(ToUtf8(dialect.name));
@@ -102,15 +105,21 @@ std::string StoreWriter::KnownNames() const {
   return names;
 }
 
+/// The new text that a name stands for, null where there is none.
+const std::u16string* StoreWriter::NewText(const Bound& bound, const ORKBASE::StoredRule& after) {
+  const std::optional<std::u16string>* text = nullptr;
+  if (bound.text != nullptr) text = &(after.*bound.text);
+  if (bound.dialect && *bound.dialect < after.sql.size()) text = &after.sql[*bound.dialect];
+  return text != nullptr && *text ? &**text : nullptr;
+}
+
 /// What stays as it was is bound as it was read, so that a number in a column of texts stays one.
 ORKDB::StoreValue StoreWriter::ValueOf(const Bound& bound, const ORKDB::StoreRow& row,
                                        const ORKBASE::StoredRule& after) {
   const ORKDB::StoreValue read = bound.column ? row[*bound.column] : ORKDB::StoreValue();
-  const std::optional<std::u16string>* text = nullptr;
-  if (bound.text != nullptr) text = &(after.*bound.text);
-  if (bound.dialect && *bound.dialect < after.sql.size()) text = &after.sql[*bound.dialect];
-  if (text == nullptr || !*text || TextOfValue(read) == *text) return read;
-  return **text;
+  const std::u16string* const text = NewText(bound, after);
+  if (text == nullptr || TextOfValue(read) == *text) return read;
+  return *text;
 }
 
 ORKDB::StoreChange StoreWriter::ChangeOf(const ORKDB::StoreRow& row,
@@ -125,15 +134,17 @@ ORKDB::StoreChange StoreWriter::ChangeOf(const ORKDB::StoreRow& row,
 bool StoreWriter::Replaces(const ORKDB::StoreRow& row, const ORKBASE::UpkeepResult& result) const {
   bool replaces = false;
   for (const Bound& bound : bound_) {
-    if (bound.column) {
-      replaces = replaces || !ORKDB::IsSame(ValueOf(bound, row, result.after), row[*bound.column]);
-      continue;
-    }
-    if (*bound.dialect >= result.after.sql.size() || !result.after.sql[*bound.dialect])
-      return false;
-    replaces = true;
+    if (!bound.column && NewText(bound, result.after) == nullptr) return false;
+    replaces = replaces || !bound.column ||
+               !ORKDB::IsSame(ValueOf(bound, row, result.after), row[*bound.column]);
   }
   return replaces;
+}
+
+bool StoreWriter::TakesDocument() const {
+  return std::any_of(bound_.begin(), bound_.end(), [](const Bound& bound) {
+    return bound.text == &ORKBASE::StoredRule::document;
+  });
 }
 
 ExitStatus StoreWriter::Apply() {

@@ -23,7 +23,8 @@ struct WriterPlan {
   const WriteOptions& writing;
   const StoreColumns& columns;
   const std::vector<ORKBASE::RuleDialect>& dialects;  ///< whose SQL is made
-  std::string run;  ///< command and names: what the ledger knows this run by
+  bool makesDocuments;  ///< `:document` is there also where the store has none
+  std::string run;      ///< command and names: what the ledger knows this run by
 };
 
 class StoreWriter {
@@ -43,6 +44,8 @@ class StoreWriter {
   /// Whether the change would put anything else in the place of what was read. SQL that was not
   /// read counts as other; where there is no new one for it, nobody knows what to write.
   bool Replaces(const ORKDB::StoreRow& row, const ORKBASE::UpkeepResult& result) const;
+  /// Whether --update takes the document.
+  bool TakesDocument() const;
   void Add(const ORKDB::StoreChange& change) { changes_.Add(change); }
 
   /// Writes what was added, reports rules that were left, and tells how it ended: done, refused
@@ -59,6 +62,7 @@ class StoreWriter {
   };
 
   Bound BoundOf(const std::u16string& name) const;
+  static const std::u16string* NewText(const Bound& bound, const ORKBASE::StoredRule& after);
   static ORKDB::StoreValue ValueOf(const Bound& bound, const ORKDB::StoreRow& row,
                                    const ORKBASE::StoredRule& after);
   std::string KnownNames() const;
