@@ -227,6 +227,19 @@ enum MessageNumber : std::int32_t {
   kMsgStoreHalfCharacter     = 7504,
   kMsgStoreZeroInStatement   = 7505,
   kMsgStoreZeroInText        = 7506,
+
+  // Changes of rules in a store, 7520 to 7539
+  kMsgChangesNotKept         = 7520,  ///< two %s: the folder, what the system says
+  kMsgSelectHasValue         = 7521,  ///< one %s: the name of the value
+  kMsgSelectNotNested        = 7522,  ///< one %s: what the database says
+  kMsgNoGuardedColumn        = 7523,  ///< one %s: the column
+  kMsgUpdateWithoutId        = 7524,
+  kMsgRuleNotWritten         = 7525,  ///< two %s: the id, what the database says
+  kMsgUpdateTooWide          = 7526,
+  kMsgLedgerInUse            = 7527,  ///< one %s: the table or file
+  kMsgLedgerUnusable         = 7528,  ///< two %s: the table or file, what the system says
+  kMsgLedgerDamaged          = 7529,  ///< two %s: the file, the number of the line
+
   // Rules that are kept in a database, and their upkeep, 7540 to 7599
   kMsgUpkeepNoRule           = 7540,
   kMsgUpkeepNoDocument       = 7541,
