@@ -248,6 +248,15 @@ enum MessageNumber : std::int32_t {
   kMsgUpkeepNoForm           = 7544,  ///< one %s: the dialect
   kMsgUpkeepNoCax            = 7545,  ///< one %s: the name
   kMsgUpkeepBadCax           = 7546,  ///< two %s: the name, the reason
+  kMsgUpkeepOtherCase        = 7550,  ///< two %s: the word, the name
+  kMsgUpkeepNameInText       = 7551,  ///< one %s: the name
+  kMsgUpkeepTableLeft        = 7552,  ///< one %s: the table
+  kMsgUpkeepNothingLeft      = 7553,
+  kMsgUpkeepIllegalName      = 7560,  ///< two %s: the old name, the new name; also below
+  kMsgUpkeepNameTaken        = 7561,
+  kMsgUpkeepNameTwice        = 7562,
+  kMsgUpkeepNameIsWord       = 7563,
+  kMsgUpkeepNameUnknown      = 7564,
   // clang-format on
 };
 

@@ -1,17 +1,22 @@
 // The operations on rules of a store.
 #include "RuleUpkeep.h"
 
+#include "store/RenameChecks.h"
+#include "store/RuleRenames.h"
 #include "store/UpkeepEngine.h"
+#include "store/UpkeepRename.h"
+#include "store/UpkeepStrip.h"
 #include "store/UpkeepWork.h"
 
 namespace ORKBASE {
 
 struct RuleUpkeep::State {
-  explicit State(const UpkeepSettings& given) : settings(given), engines(settings, {}) {}
+  explicit State(const UpkeepSettings& given)
+      : settings(given), renames(settings), engines(settings, renames.ForEngine()) {}
 
   UpkeepSettings settings;
+  RuleRenames renames;
   UpkeepEngines engines;
-  std::vector<RenamePair> pairs;
 };
 
 RuleUpkeep::RuleUpkeep(const UpkeepSettings& settings)
@@ -31,7 +36,7 @@ UpkeepResult RuleUpkeep::Check(const StoredRule& rule) {
     return work.Finish(false);
   }
   work.CompareDocument();
-  work.TakeSql(work.Engine(), work.Today().document, true);
+  work.TakeSql(work.Engine(), work.Today().document, SqlUse::kCompare);
   return work.Finish(true);
 }
 
@@ -39,7 +44,7 @@ UpkeepResult RuleUpkeep::Translate(const StoredRule& rule) {
   UpkeepWork work(state_->engines, state_->settings, rule);
   if (!work.Open() || !work.Verify(true)) return work.Finish(false);
   work.KeepDocument(work.Today().document);
-  work.TakeSql(work.Engine(), work.Today().document, false);
+  work.TakeSql(work.Engine(), work.Today().document, SqlUse::kKeep);
   return work.Finish(true);
 }
 
@@ -55,8 +60,22 @@ UpkeepResult RuleUpkeep::Uses(const StoredRule& rule, std::vector<RuleUse>& uses
   return work.Finish(true);
 }
 
+UpkeepResult RuleUpkeep::Rename(const StoredRule& rule) {
+  UpkeepWork work(state_->engines, state_->settings, rule);
+  return RenameRule(work, state_->renames);
+}
+
+UpkeepResult RuleUpkeep::Strip(const StoredRule& rule) {
+  UpkeepWork work(state_->engines, state_->settings, rule);
+  return StripRule(work, state_->settings.strippedTables);
+}
+
+std::vector<UpkeepFinding> RuleUpkeep::CheckRenames() {
+  return ORKBASE::CheckRenames(state_->engines.Bare(Names::kToday), state_->renames.Listed());
+}
+
 const std::vector<RenamePair>& RuleUpkeep::Pairs() const noexcept {
-  return state_->pairs;
+  return state_->renames.Pairs();
 }
 
 }  // namespace ORKBASE

@@ -128,24 +128,42 @@ void UpkeepWork::KeepDocument(const std::u16string& document) {
   result_.after.document = document;
 }
 
-void UpkeepWork::TakeSql(UpkeepEngine& engine, const std::u16string& document, bool compares) {
+void UpkeepWork::TakeSql(UpkeepEngine& engine, const std::u16string& document, SqlUse use) {
   std::vector<std::optional<std::u16string>>& kept = result_.after.sql;
   const std::size_t stored = rule_.sql.size();
-  if (!compares) kept.resize(std::max(stored, settings_.dialects.size()));
+  if (use == SqlUse::kKeep) kept.resize(std::max(stored, settings_.dialects.size()));
   for (std::size_t i = 0; i < settings_.dialects.size(); ++i) {
+    const bool isStored = i < stored && rule_.sql[i];
+    if (use == SqlUse::kKeepStored && !isStored) continue;
+    const ORKDB_DSType_ENUM dialect = settings_.dialects[i];
     std::u16string sql;
-    if (auto finding = Translate(engine, settings_.dialects[i], document, sql)) {
+    if (auto finding = Translate(engine, dialect, document, sql)) {
       Tell(*std::move(finding));
       continue;
     }
-    const bool isStored = i < stored && rule_.sql[i];
-    if (isStored && compares && *rule_.sql[i] != sql) {
-      const std::u16string_view name = NameOf(settings_.dialects[i]);
-      UpkeepFinding finding = FindingOf(kChangedState, kMsgUpkeepSqlChanged, {name});
-      finding.dialect = name;
+    if (use == SqlUse::kCompare && isStored && *rule_.sql[i] != sql) {
+      UpkeepFinding finding = FindingOf(kChangedState, kMsgUpkeepSqlChanged, {NameOf(dialect)});
+      finding.dialect = NameOf(dialect);
       Tell(std::move(finding));
     }
-    if (isStored || !compares) kept[i] = std::move(sql);
+    if (isStored || use == SqlUse::kKeep) kept[i] = std::move(sql);
+  }
+}
+
+void UpkeepWork::TakeText(std::u16string text) {
+  if (rule_.expression) result_.after.expression = std::move(text);
+}
+
+void UpkeepWork::TakeDocument(UpkeepEngine& engine, const std::u16string& document) {
+  KeepDocument(document);
+  TakeSql(engine, document, SqlUse::kKeepStored);
+}
+
+void UpkeepWork::TakeNothing() {
+  TakeText({});
+  if (rule_.document) result_.after.document.emplace();
+  for (auto& sql : result_.after.sql) {
+    if (sql) sql->clear();
   }
 }
 

@@ -9,6 +9,13 @@
 
 namespace ORKBASE {
 
+/// What becomes of the SQL that is made.
+enum class SqlUse {
+  kCompare,     ///< one that is stored and another is told of and replaced
+  kKeep,        ///< kept for every dialect
+  kKeepStored,  ///< kept where there was one
+};
+
 /// Lives as long as one operation. Everything here throws `UpkeepOutage`.
 class UpkeepWork {
  public:
@@ -23,22 +30,29 @@ class UpkeepWork {
   void CompareDocument();
   /// Tells of a stored document that is none.
   void LookAtDocument();
-  /// Takes the SQL of a document for every dialect. Where `compares`, one that is stored and
-  /// another is told of, and one that is not stored is not kept.
-  void TakeSql(UpkeepEngine& engine, const std::u16string& document, bool compares);
+  /// Makes the SQL of a document for the dialects.
+  void TakeSql(UpkeepEngine& engine, const std::u16string& document, SqlUse use);
+  /// The engine for the rule's words under the new names.
+  UpkeepEngine& EngineAfter() { return engines_.Of(rule_, Names::kAfter); }
+
+  /// Takes a new text for the rule.
+  void TakeText(std::u16string text);
+  /// Takes document and SQL of a new text that verifies.
+  void TakeDocument(UpkeepEngine& engine, const std::u16string& document);
+  /// Takes empty texts, for a rule of which nothing is left.
+  void TakeNothing();
 
   UpkeepEngine& Engine() noexcept { return *engine_; }
   /// Of a rule that has only its document, the text that was written of it.
   const std::u16string& Text() const noexcept { return *text_; }
   bool IsWritten() const noexcept { return text_ == &written_; }
   const EitherVerification& Today() const noexcept { return today_; }
-  std::vector<UpkeepFinding>& Findings() noexcept { return result_.findings; }
-  StoredRule& After() noexcept { return result_.after; }
+  MXRULE_DATATYPE Type() const noexcept { return rule_.type; }
 
   /// Adds a finding. A text that was written here is not seen by anybody, so nothing in it has a
   /// place.
   void Tell(UpkeepFinding finding);
-  /// Puts a new document in the place of the stored one, if there is one of another rule.
+  /// Puts a document in the place of the stored one, where that is of another rule.
   void KeepDocument(const std::u16string& document);
   UpkeepResult Finish(bool mayWrite);
 
