@@ -40,6 +40,7 @@ int Run(int argc, char** argv) {
   AddStripCommand(tool, status);
   AddRenameCommand(tool, status);
   AddBatchCommand(tool, status);
+  AddStoreCommand(tool, status);
   AddReferenceCommand(tool, status);
   try {
     tool.parse(argc, argv);
