@@ -224,7 +224,7 @@ TEST(StoreSql, WritesALineForEachRule) {
   ASSERT_EQ(lines.size(), 2U);
   EXPECT_EQ(lines[0].dump(),
             R"({"id":1,"name":"sum","type":"number","expression":"1 + 2","state":"well",)"
-            R"("sql":{"oracle":"1+2","default":"1+2"},"problems":[]})");
+            R"("sql":{"oracle":"1 + 2","default":"1 + 2"},"problems":[]})");
   EXPECT_EQ(lines[1]["sql"].dump(), "{}");
   EXPECT_EQ(lines[1]["problems"][0]["offset"], 4);
 
@@ -243,13 +243,13 @@ TEST(StoreSql, WritesALineForEachRule) {
   EXPECT_EQ(RunTool({"sql", "--jsonl", "--type", "number"},
                     result.out.substr(0, result.out.find('\n') + 1))
                 .out,
-            "1+2\n");
+            "1 + 2\n");
 }
 
 TEST(StoreSql, WritesIntoTheStoreOnlyWhatIsOther) {
   const StoreFile store(
       "insert into rules (id, type, expression, sql_oracle) values "
-      "(1, 'number', '1 + 2', null), (2, 'number', '1 + 3', '1+3'), "
+      "(1, 'number', '1 + 2', null), (2, 'number', '1 + 3', '1 + 3'), "
       "(3, 'number', '1 + foo', 'old')");
   const std::string select = "select id, type, expression, sql_oracle from rules";
   const ToolResult result =
@@ -260,7 +260,7 @@ TEST(StoreSql, WritesIntoTheStoreOnlyWhatIsOther) {
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.out.find("changed 1 of 3 rules\n"), result.out.npos) << result.out;
   EXPECT_EQ(store.Read("select id, name, sql_oracle from rules order by id"),
-            "1|new|1+2\n2|-|1+3\n3|-|old\n");
+            "1|new|1 + 2\n2|-|1 + 3\n3|-|old\n");
 }
 
 TEST(StoreSql, ReadsRulesThatAreKeptAsDocumentsAlone) {
@@ -270,7 +270,7 @@ TEST(StoreSql, ReadsRulesThatAreKeptAsDocumentsAlone) {
   EXPECT_EQ(store.Tool("sql", {"--apply", "--update", update}, select).status, 0);
   const ToolResult result = store.Tool("sql", {}, "select id, type, document from rules");
   EXPECT_EQ(result.status, 0) << result.err;
-  EXPECT_EQ(result.Json().at(0)["sql"].dump(), R"({"default":"1+2"})");
+  EXPECT_EQ(result.Json().at(0)["sql"].dump(), R"({"default":"1 + 2"})");
 }
 
 }  // namespace

@@ -27,19 +27,20 @@ TEST(StoreCheck, TellsWhichRulesAreNotWell) {
   const ToolResult result = store.Tool("check", {});
   EXPECT_EQ(result.status, 1) << result.err;
   EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out,
-            "2       refused           The word \"Orders.Amout\" is unknown.\n"
-            "  Orders.Amout > 5\n"
-            "  ^~~~~~~~~~~~\n"
-            "  fix: Write Orders.Amount\n"
-            "3       unreadable        There is no rule here: neither a text nor a document.\n"
-            "4       unreadable        'nonsense' is neither the name nor the number of a type.\n"
-            "5       unreadable        The column type has no value.\n"
-            "8       unreadable        The stored document is no document of a rule.\n"
-            "9       refused           Type error: \"Orders.Qty\", number.\n"
-            "  Orders.Qty\n"
-            "  ^~~~~~~~~~\n"
-            "9 rules: 3 well, 2 refused, 0 changed, 0 not translatable, 4 unreadable\n");
+  EXPECT_EQ(
+      result.out,
+      "2       refused           The word \"Orders.Amout\" is unknown.\n"
+      "  Orders.Amout > 5\n"
+      "  ^~~~~~~~~~~~\n"
+      "  fix: Write Orders.Amount\n"
+      "3       unreadable        There is no rule here: neither a text nor a document.\n"
+      "4       unreadable        'nonsense' is neither the name nor the number of a type.\n"
+      "5       unreadable        The column type has no value.\n"
+      "8       unreadable        The stored document is no document of a rule.\n"
+      "9       refused           The word \"Orders.Qty\" has the wrong data type. Expected: date.\n"
+      "  Orders.Qty\n"
+      "  ^~~~~~~~~~\n"
+      "9 rules: 3 well, 2 refused, 0 changed, 0 not translatable, 4 unreadable\n");
 }
 
 TEST(StoreCheck, WritesOneObjectARuleThatIsNotWell) {
@@ -135,6 +136,21 @@ TEST(StoreCheck, TamesWhatWouldMoveTheCursor) {
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out.find_first_of("\x1B\r"), result.out.npos) << result.out;
   EXPECT_EQ(result.out.rfind("a b     refused ", 0), 0U) << result.out;
+}
+
+TEST(StoreUses, TellsOfNamesInAnotherCase) {
+  const StoreFile store(
+      "insert into rules (id, type, expression) values "
+      "(1, 'logic', 'orders.Amount > 1'), (2, 'logic', 'Orders.AMOUNT > 1')");
+  const ToolResult table = store.Tool("uses", {"--table", "Orders"});
+  EXPECT_EQ(table.out,
+            "1       character 1       orders.Amount (in another case)\n"
+            "2       character 1       Orders.AMOUNT\n"
+            "2 of 2 rules listed; 1 word in another case, which a rename leaves alone\n");
+  const auto json = store.Tool("uses", {"--json", "--field", "Orders.Amount"}).Json();
+  ASSERT_EQ(json.size(), 3U);
+  EXPECT_EQ(json[1]["uses"][0]["differsInCase"], true);
+  EXPECT_EQ(json[2]["summary"]["differingInCase"], 2);
 }
 
 constexpr const char* kUsedRules = R"(
@@ -252,7 +268,7 @@ TEST(Store, EndsWithWhatWentWrong) {
 
 TEST(Store, StopsWhereTheMetadataCannotBeReached) {
   const StoreFile store(kMixedRules);
-  const TempDatabase noMetadata("create table nothing (x)");
+  const TempDatabase noMetadata("create table other (x)");
   const ToolResult result = RunTool({"store", "check", "--store", store.Path(), "--db",
                                      "sqlite:" + noMetadata.Path(), "--select", kSelectRules});
   EXPECT_EQ(result.status, 3);

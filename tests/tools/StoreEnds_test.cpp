@@ -130,8 +130,8 @@ TEST(StoreEnds, AKilledRunIsFinishedByTheNextOne) {
       "--update",
       "update rules set expression = :expression where id = :id"};
   const std::string done =
-      "select count(*) from rules where expression like 'T.a > % + "
-      "Orders.Amount'";
+      "select count(*) from rules where expression like 'T.Amount > % + "
+      "Orders.a'";
   const int null = open("/dev/null", O_RDWR);
   int kills = 0;
   for (int i = 0; i < 3; ++i) {

@@ -103,16 +103,16 @@ void StoreChangeRun::One(std::size_t worker, const ORKDB::StoreRow& row, RowsDon
   done.tally.Count(made.result);
   if (IsPerhapsDone(made.result)) {
     ++perhapsDone_;
-    return;
+  } else {
+    Show(row, made, done.out);
   }
-  Show(row, made, done.out);
   if (writer_ && made.result.changes && made.result.mayWrite) {
     done.changes.push_back(writer_->ChangeOf(row, made.result));
   }
 }
 
 bool StoreChangeRun::IsPerhapsDone(const ORKBASE::UpkeepResult& result) const {
-  return plan_.isRename && writer_ && writer_->IsContinued() && !result.changes &&
+  return plan_.isRename && writer_ && writer_->IsContinued() &&
          StateOf(result.findings) == ORKBASE::kRefusedState;
 }
 
@@ -176,6 +176,11 @@ void StoreChangeRun::ShowSummary(const StreamEnd& end, const ORKDB::ChangeReport
   Print((written != nullptr ? WrittenText(*written, tally_.rules) : WouldText()) + "\n");
   const std::string states = StateCounts(tally_, {});
   if (tally_.Of(ORKBASE::kWellState) < tally_.rules) Print(states + "\n");
+  if (perhapsDone_ > 0) {
+    Print(
+        "refused under the names of --db: those that the earlier run changed, and perhaps "
+        "others\n");
+  }
   if (written == nullptr && !options_.writing.apply && tally_.changing > tally_.left) {
     Print("nothing was written; --apply with --update STATEMENT writes it\n");
   }

@@ -54,8 +54,8 @@ class StoreChangeRun {
   StoreSession session_;
   std::unique_ptr<StoreWriter> writer_;  // null: nothing is written
   StoreTally tally_;
-  /// Rules that say nothing of the old names and are refused, where an earlier run was interrupted:
-  /// it may be that it gave them the new ones.
+  /// Rules that are refused, where an earlier run was interrupted: it may be that it gave them the
+  /// new names already.
   std::atomic<std::int64_t> perhapsDone_ = 0;
   bool renamesAreBad_ = false;
 };

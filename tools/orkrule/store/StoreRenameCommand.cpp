@@ -3,6 +3,7 @@
 #include "StoreChangeRun.h"
 #include "StoreCommands.h"
 
+#include <cstdlib>
 #include <memory>
 #include <sstream>
 
@@ -52,7 +53,10 @@ ExitStatus RunStoreRename(const StoreRenameOptions& options) {
   plan.settings.tableRenames = Wide(options.tables);
   plan.settings.fieldRenames = Wide(options.fields);
   if (!options.after.server.empty()) {
-    plan.settings.metadataAfter = SettingsOf(AfterPlace(options), kAfterPassword);
+    ORKBASE::ConnectionSettings& after =
+        plan.settings.metadataAfter.emplace(SettingsOf(AfterPlace(options), kAfterPassword));
+    const bool isToldItsOwn = std::getenv(kAfterPassword) != nullptr;
+    if (!isToldItsOwn && plan.settings.metadata) after.password = plan.settings.metadata->password;
   }
   return StoreChangeRun(options.change, std::move(plan)).All();
 }
@@ -86,6 +90,7 @@ void AddStoreRenameCommand(CLI::App& store, ExitStatus& status) {
       ->check(check(false));
   command->add_option("--fields", options->fields, "Renamed fields: TABLE.OLD:NEW,TABLE.OLD:NEW")
       ->check(check(true));
+  AddStoreOptions(*command, options->change.store);
   AddPlaceOptions(*command, "--db-after", options->after,
                   std::string("Metadata database that has the new names; without it those of --db "
                               "as renamed. What is not told is as for --db; password in ") +
@@ -96,7 +101,6 @@ void AddStoreRenameCommand(CLI::App& store, ExitStatus& status) {
       ->add_flag("--force", options->change.force,
                  "Write also where a new name is taken, or none that a rule can hold")
       ->group("Writing back");
-  AddStoreOptions(*command, options->change.store);
   command->footer(
       "Example:\n  orkrule store rename --store examples/rules.db --db examples/shop.db \\\n"
       "    --select \"select id, type, expression, document from rules\" \\\n"
@@ -112,8 +116,8 @@ void AddStoreStripCommand(CLI::App& store, ExitStatus& status) {
       "strip", "Cut out of the rules what depends on tables; a dry run unless --apply");
   const auto options = std::make_shared<StoreStripOptions>();
   command->add_option("--tables", options->tables, "The tables to cut out: A,B")->required();
-  AddWriteOptions(*command, options->change.writing);
   AddStoreOptions(*command, options->change.store);
+  AddWriteOptions(*command, options->change.writing);
   command->footer(
       "Example:\n  orkrule store strip --store examples/rules.db --db examples/shop.db \\\n"
       "    --select \"select id, type, expression, document from rules\" --tables Lines");

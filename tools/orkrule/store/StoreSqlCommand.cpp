@@ -176,8 +176,8 @@ void AddStoreSqlCommand(CLI::App& store, ExitStatus& status) {
   command->add_option("--out", options->out,
                       "File for the lines; - is standard output, as is none without --apply");
   AddTablesOption(*command, options->store.engine);
-  AddWriteOptions(*command, options->writing);
   AddStoreOptions(*command, options->store);
+  AddWriteOptions(*command, options->writing);
   command->footer(
       "Example:\n  orkrule store sql --store examples/rules.db --db examples/shop.db \\\n"
       "    --select \"select id, type, expression from rules\" --dialect oracle,kingbase\n"

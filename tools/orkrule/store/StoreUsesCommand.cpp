@@ -29,7 +29,7 @@ using WordCounts = std::map<UsedWord, std::int64_t>;
 /// The words that one worker met.
 struct MetWords {
   WordCounts rules;            // how many rules have a word
-  std::int64_t otherCase = 0;  // words that would be asked for in another case
+  std::int64_t otherCase = 0;  // listed words that have their name in another case
   std::int64_t listed = 0;     // rules
 };
 
@@ -93,35 +93,54 @@ class StoreUsesRun {
       for (const UsedWord& word : words) ++met_[worker].rules[word];
       return;
     }
-    const auto isOther = [this](const ORKBASE::RuleUse& use) { return !IsAsked(use); };
-    for (const ORKBASE::RuleUse& use : uses) met_[worker].otherCase += IsOtherCase(use) ? 1 : 0;
-    std::erase_if(uses, isOther);
+    std::erase_if(uses, [this](const ORKBASE::RuleUse& use) { return !IsAsked(use); });
     if (uses.empty()) return;
     ++met_[worker].listed;
+    for (const ORKBASE::RuleUse& use : uses) {
+      if (DiffersInCase(made.rule, use)) ++met_[worker].otherCase;
+    }
     ShowUses(row, made, uses, done.out);
   }
 
-  template <typename Same>
-  bool IsAskedBy(const ORKBASE::RuleUse& use, Same same) const {
-    if (use.table.empty()) return false;
-    const std::u16string name = use.table + u"." + use.field;
-    return std::any_of(tables_.begin(), tables_.end(),
-                       [&](const std::u16string& table) { return same(table, use.table); }) ||
-           std::any_of(fields_.begin(), fields_.end(),
-                       [&](const std::u16string& field) { return same(field, name); });
+  bool IsAsked(const ORKBASE::RuleUse& use) const { return AskedName(use) != nullptr; }
+
+  /// The name that was asked for and that a word has in any case, or null.
+  const std::u16string* AskedName(const ORKBASE::RuleUse& use) const {
+    // The name of a word that no table has is all that is known of it.
+    const std::u16string field = use.table.empty() ? use.name : use.table + u"." + use.field;
+    const std::u16string table = field.substr(0, std::min(field.find_last_of(u'.'), field.size()));
+    if (table.size() == field.size()) return nullptr;
+    const auto find = [](const std::vector<std::u16string>& names, const std::u16string& name) {
+      const auto is = [&name](const std::u16string& each) { return IsSameName(each, name); };
+      const auto at = std::find_if(names.begin(), names.end(), is);
+      return at == names.end() ? nullptr : &*at;
+    };
+    const std::u16string* const asked = find(tables_, table);
+    return asked != nullptr ? asked : find(fields_, field);
   }
 
-  bool IsAsked(const ORKBASE::RuleUse& use) const {
-    return IsAskedBy(use, [](const std::u16string& a, const std::u16string& b) { return a == b; });
+  /// Whether a rule spells the name in another case, so that a rename would leave it alone.
+  bool DiffersInCase(const ORKBASE::StoredRule& rule, const ORKBASE::RuleUse& use) const {
+    const std::u16string_view word = WrittenWord(rule, use);
+    const std::u16string_view asked = *AskedName(use);
+    const std::size_t point = asked.find(u'.');
+    const std::u16string_view table = asked.substr(0, point);
+    const std::u16string_view field = point == asked.npos ? u"" : asked.substr(point + 1);
+    return !word.empty() && (word.find(table) == word.npos || word.find(field) == word.npos);
   }
 
-  bool IsOtherCase(const ORKBASE::RuleUse& use) const {
-    return !IsAsked(use) && IsAskedBy(use, IsSameName);
+  static std::u16string_view WrittenWord(const ORKBASE::StoredRule& rule,
+                                         const ORKBASE::RuleUse& use) {
+    if (!rule.expression || use.offset < 0) return {};
+    const auto offset = static_cast<std::size_t>(use.offset);
+    if (offset > rule.expression->size()) return {};
+    return std::u16string_view(*rule.expression)
+        .substr(offset, static_cast<std::size_t>(use.length));
   }
 
   /// A row without a rule depends on nothing that could be told.
   void ShowFindings(const ORKDB::StoreRow& row, const RowResult& made, std::string& out) const {
-    if (made.result.findings.empty()) return;
+    if (StateOf(made.result.findings) != ORKBASE::kUnreadableState) return;
     if (!options_.json) {
       out += session_.LinesOf(row, made);
       return;
@@ -136,17 +155,22 @@ class StoreUsesRun {
     if (options_.json) {
       Json json = session_.JsonOf(row, made);
       Json& list = json["uses"] = Json::array();
-      for (const ORKBASE::RuleUse& use : uses) list.push_back(UseJson(use));
+      for (const ORKBASE::RuleUse& use : uses) {
+        list.push_back(UseJson(use));
+        if (DiffersInCase(made.rule, use)) list.back()["differsInCase"] = true;
+      }
       out += json.dump() + "\n";
       return;
     }
     const std::u16string_view text = TextsOf(made.rule, made.result).before;
     for (const ORKBASE::RuleUse& use : uses) {
-      const std::string place = use.offset < 0
-                                    ? "document"
-                                    : "character " + std::to_string(CharacterAt(text, use.offset));
+      const bool isWritten = use.offset >= 0;
+      const std::string place =
+          isWritten ? "character " + std::to_string(CharacterAt(text, use.offset)) : "document";
+      std::string word = OneLine(isWritten ? WrittenWord(made.rule, use) : use.name);
+      if (DiffersInCase(made.rule, use)) word += " (in another case)";
       out += StoreLine(session_.OutputStyle(), ShownValue(row[session_.Columns().Id()]),
-                       place.c_str(), Colour::kPlain, OneLine(use.name));
+                       place.c_str(), Colour::kPlain, word);
     }
   }
 
@@ -185,7 +209,8 @@ class StoreUsesRun {
     if (IsList()) text = std::to_string(sums.listed) + " of " + text + " listed";
     if (unreadable > 0) text += "; " + std::to_string(unreadable) + " unreadable";
     if (sums.otherCase > 0) {
-      text += "; " + CountOf(sums.otherCase, "word") + " in another case not listed";
+      text +=
+          "; " + CountOf(sums.otherCase, "word") + " in another case, which a rename leaves alone";
     }
     Print(text + "\n");
   }

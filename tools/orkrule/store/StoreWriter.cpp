@@ -69,7 +69,6 @@ const LeftRow& RowOf(ORKDB::LeftChange::Reason reason) {
 StoreWriter::StoreWriter(const WriterPlan& plan)
     : plan_(plan), guarded_(GuardedColumns(plan.columns)), changes_(ChangeSettingsOf(plan)) {
   for (const std::u16string& name : changes_.Names()) bound_.push_back(BoundOf(name));
-  if (plan.writing.again) changes_.BeginAnew();
 }
 
 StoreWriter::Bound StoreWriter::BoundOf(const std::u16string& name) const {
@@ -154,6 +153,7 @@ ExitStatus StoreWriter::Apply() {
       progress.Show(soFar.written + soFar.doneBefore + soFar.leftCount);
       return !Interrupt::IsAsked();
     };
+    if (plan_.writing.again) changes_.BeginAnew();  // not before the rows are read to their end
     changes_.Apply(goesOn);
   } catch (const ORKDB::StoreFailure& failure) {
     return ReportUnfinished("stopped: " + OneLine(failure.Text()));

@@ -34,9 +34,9 @@ class StoreWriter {
   explicit StoreWriter(const WriterPlan& plan);
 
   /// Whether an earlier run was interrupted, and has written some of the rules.
-  bool IsContinued() const noexcept { return changes_.IsContinued(); }
+  bool IsContinued() const noexcept { return !plan_.writing.again && changes_.IsContinued(); }
   /// Whether the ledger says that there is nothing left to do.
-  bool IsFinished() const noexcept { return changes_.IsFinished(); }
+  bool IsFinished() const noexcept { return !plan_.writing.again && changes_.IsFinished(); }
 
   /// The change of a rule to its new texts. May be asked by several threads at a time.
   ORKDB::StoreChange ChangeOf(const ORKDB::StoreRow& row,
