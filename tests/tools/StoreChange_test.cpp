@@ -185,12 +185,7 @@ TEST(StoreRename, LeavesARuleThatChangedMeanwhile) {
 }
 
 TEST(StoreRename, GivesTheSameBytesWithAnyNumberOfJobs) {
-  std::string inserts;
-  for (int i = 1; i <= 400; ++i) {
-    inserts += "insert into rules (id, type, expression) values (" + std::to_string(i) +
-               ", 'logic', 'Orders.Qty > " + std::to_string(i) + "');";
-  }
-  const StoreFile store(inserts);
+  const StoreFile store(ManyRules(400));
   for (const char* form : {"--json", "--color=always"}) {
     EXPECT_EQ(store.Tool("rename", Renaming({form})).out,
               store.Tool("rename", Renaming({form, "--jobs", "4"})).out);

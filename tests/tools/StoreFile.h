@@ -15,6 +15,14 @@ inline constexpr const char* kRulesTable =
     "document text, language text, sql_oracle text);";
 inline const std::string kSelectRules = "select id, type, expression, document from rules";
 
+/// A rule of each number, `Orders.Amount > NUMBER`.
+inline std::string ManyRules(int count) {
+  const std::string last = std::to_string(count);
+  return "with recursive n(id) as (select 1 union all select id + 1 from n where id < " + last +
+         ") insert into rules (id, type, expression) select id, 'logic', 'Orders.Amount > ' || id "
+         "from n;";
+}
+
 /// A store with the table `rules`, filled by SQL.
 class StoreFile {
  public:
@@ -36,6 +44,7 @@ class StoreFile {
       return 0;
     };
     int status = sqlite3_open(Path().c_str(), &database);
+    sqlite3_busy_timeout(database, 10'000);  // the tool may be writing
     if (status == SQLITE_OK) status = sqlite3_exec(database, query.c_str(), add, &text, nullptr);
     sqlite3_close(database);
     if (status != SQLITE_OK) throw std::runtime_error("SQLite refuses " + query);
