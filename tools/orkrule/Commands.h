@@ -22,6 +22,7 @@ void AddUsesCommand(CLI::App& tool, ExitStatus& status);
 void AddStripCommand(CLI::App& tool, ExitStatus& status);
 void AddRenameCommand(CLI::App& tool, ExitStatus& status);
 void AddBatchCommand(CLI::App& tool, ExitStatus& status);
+void AddStoreCommand(CLI::App& tool, ExitStatus& status);
 void AddReferenceCommand(CLI::App& tool, ExitStatus& status);
 void AddCompletionCommand(CLI::App& tool);
 

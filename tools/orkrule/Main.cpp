@@ -65,6 +65,7 @@ int Run(int argc, char** argv) {
   AddStripCommand(tool, status);
   AddRenameCommand(tool, status);
   AddBatchCommand(tool, status);
+  AddStoreCommand(tool, status);
   AddReferenceCommand(tool, status);
   AddCompletionCommand(tool);
   AddHelpCommand(tool);
