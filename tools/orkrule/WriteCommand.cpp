@@ -11,7 +11,7 @@
 namespace ORKTOOL {
 namespace {
 
-struct WriteOptions {
+struct DocumentWriteOptions {
   EngineOptions engine;
   RuleOptions documents;
 };
@@ -47,7 +47,7 @@ void Tell(const Document& document, const Refusal& refusal) {
   PrintError("orkrule: " + place + ToUtf8(refusal.text) + hint + "\n");
 }
 
-ExitStatus Run(const WriteOptions& options) {
+ExitStatus Run(const DocumentWriteOptions& options) {
   Engine engine{EngineSetup(options.engine)};
   DocumentInput input(options.documents);
   RuleAnswers answers(options.documents, {.one = "document", .several = "documents"});
@@ -72,7 +72,7 @@ ExitStatus Run(const WriteOptions& options) {
 
 void AddWriteCommand(CLI::App& tool, ExitStatus& status) {
   CLI::App* const command = tool.add_subcommand("write", "Write documents as rules");
-  const auto options = std::make_shared<WriteOptions>();
+  const auto options = std::make_shared<DocumentWriteOptions>();
   AddDocumentOptions(*command, options->documents);
   AddLanguageOption(*command);
   AddTablesOption(*command, options->engine);

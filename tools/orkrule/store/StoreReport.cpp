@@ -51,19 +51,6 @@ std::string MemberName(const std::u16string& column) {
   return ToUtf8(column);
 }
 
-Json FixesJson(const std::vector<ORKBASE::RuleFix>& fixes) {
-  Json list = Json::array();
-  for (const ORKBASE::RuleFix& fix : fixes) {
-    Json edits = Json::array();
-    for (const ORKBASE::RuleEdit& edit : fix.edits) {
-      edits.push_back(
-          {{"offset", edit.offset}, {"length", edit.length}, {"text", ToUtf8(edit.text)}});
-    }
-    list.push_back({{"label", ToUtf8(fix.label)}, {"edits", std::move(edits)}});
-  }
-  return list;
-}
-
 }  // namespace
 
 void StoreTally::Count(const ORKBASE::UpkeepResult& result) {
