@@ -3,10 +3,17 @@
 
 #include <gtest/gtest.h>
 
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
+#include <thread>
 
 namespace ORKTOOL {
 namespace {
@@ -62,6 +69,59 @@ TEST(Progress, LeavesOutWhatDoesNotFit) {
   for (const Row& row : rows) {
     EXPECT_EQ(ProgressText("rules", {12345, 100000, 23000.0}, row.columns), row.text);
   }
+}
+
+/// What a terminal gets to see of a run of 500 rules that takes half a second. Nothing where the
+/// machine has no pseudo terminals.
+std::optional<std::string> SeenAtTerminal(const char* name, bool isOnTheTerminal) {
+  winsize size{};
+  size.ws_col = 80;
+  int terminal = -1;
+  const pid_t process = forkpty(&terminal, nullptr, nullptr, &size);
+  if (process < 0) return std::nullopt;
+  if (process == 0) {
+    setenv("TERM", name, 1);
+    if (!isOnTheTerminal) close(STDERR_FILENO);
+    {
+      Progress progress("rules", 500);
+      for (int done = 1; done <= 500; ++done) {
+        progress.Show(done);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      }
+    }
+    if (write(STDOUT_FILENO, "end", 3) != 3) _exit(1);
+    _exit(0);
+  }
+  std::string seen;
+  char block[4096];
+  for (ssize_t count = 0; (count = read(terminal, block, sizeof block)) > 0;) {
+    seen.append(block, static_cast<std::size_t>(count));
+  }
+  close(terminal);
+  EXPECT_EQ(waitpid(process, nullptr, 0), process);
+  return seen;
+}
+
+TEST(Progress, WritesOneLineOverAndOverAndTakesItAway) {
+  const std::optional<std::string> seen = SeenAtTerminal("xterm", true);
+  if (!seen) GTEST_SKIP() << "no pseudo terminal on this machine";
+  const std::string clear = "\r\x1B[K";
+  EXPECT_TRUE(seen->ends_with(clear + "end")) << *seen;
+  EXPECT_EQ(seen->find('\n'), seen->npos);
+  const auto lines = std::count(seen->begin(), seen->end(), '\r') - 1;
+  EXPECT_GE(lines, 1);
+  EXPECT_NE(seen->find(" of 500 rules ("), seen->npos) << *seen;
+  for (std::size_t at = 0; at != seen->npos; at = seen->find('\r', at + 1)) {
+    EXPECT_LT(seen->find("\x1B[K", at) - at, 81u) << *seen;
+  }
+}
+
+TEST(Progress, IsSilentElsewhere) {
+  const std::optional<std::string> dumb = SeenAtTerminal("dumb", true);
+  if (!dumb) GTEST_SKIP() << "no pseudo terminal on this machine";
+  EXPECT_EQ(*dumb, "end");
+  EXPECT_EQ(SeenAtTerminal("", true), "end");
+  EXPECT_EQ(SeenAtTerminal("xterm", false), "end");
 }
 
 }  // namespace

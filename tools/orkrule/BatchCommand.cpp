@@ -11,9 +11,18 @@
 namespace ORKTOOL {
 namespace {
 
+void HintAtTerminal() {
+  if (isatty(STDIN_FILENO) == 0) return;
+  PrintError(
+      "orkrule: reads calls from this terminal, one a line, such as\n"
+      "  {\"op\":\"Translate\",\"type\":4,\"expression\":\"1 + 2 > 2\"}\n"
+      "Ctrl-D at the beginning of a line ends.\n");
+}
+
 ExitStatus Run(bool flush) {
   const bool flushEach = flush || isatty(STDOUT_FILENO) != 0;
   ORKBASE::RuleService service;
+  HintAtTerminal();
   LineReader input("-");
   input.set_beforeWait(FlushOutput);
   for (std::string line; input.Next(line);) {

@@ -83,6 +83,7 @@ std::optional<Document> DocumentInput::Next() {
     ElementEnd end;
     document.text = line;
     while (!end.Reads(line) && reader_->Next(line)) document.text.append("\n").append(line);
+    if (Interrupt::IsAsked()) return std::nullopt;  // it may be half of one
   }
   if (!FromUtf8(document.text)) RefuseLine(document.place, "the document is not UTF-8 text");
   return document;

@@ -25,6 +25,17 @@ int wakeUp[2] = {-1, -1};
 int living = 0;
 struct sigaction before[std::size(kSignals)];
 
+/// Makes the pipe. Where a standard stream is closed its number stays free, so that reading it
+/// fails as it ought to. Without the pipe a signal in a bad moment waits for the next line.
+void OpenWakeUp() {
+  int ends[2];
+  if (wakeUp[0] >= 0 || pipe2(ends, O_CLOEXEC) != 0) return;
+  for (std::size_t i = 0; i < std::size(ends); ++i) {
+    wakeUp[i] = fcntl(ends[i], F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    close(ends[i]);
+  }
+}
+
 extern "C" void NoteSignal(int signal) {
   const int error = errno;
   if (asked.exchange(signal) != 0) {
@@ -41,8 +52,7 @@ extern "C" void NoteSignal(int signal) {
 
 Interrupt::Interrupt() {
   if (living++ > 0) return;
-  // Without it, a wait for input is only ended by the second signal.
-  if (wakeUp[0] < 0 && pipe2(wakeUp, O_CLOEXEC | O_NONBLOCK) != 0) wakeUp[0] = wakeUp[1] = -1;
+  OpenWakeUp();
   struct sigaction note = {};
   note.sa_handler = NoteSignal;
   note.sa_flags = SA_RESTART;  // output that is on its way must not be broken off

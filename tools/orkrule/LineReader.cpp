@@ -31,13 +31,15 @@ LineReader::~LineReader() {
 }
 
 bool LineReader::Next(std::string& line) {
+  if (Interrupt::IsAsked()) return false;
   std::size_t end = buffer_.find('\n', searched_);
   while (end == buffer_.npos) {
     searched_ = buffer_.size();
     if (!Fill()) break;
     end = buffer_.find('\n', searched_);
   }
-  if (end == buffer_.npos && begin_ == buffer_.size()) return false;
+  const bool isEnd = end == buffer_.npos && begin_ == buffer_.size();
+  if (isEnd || Interrupt::IsAsked()) return false;
   line.assign(buffer_, begin_, end == buffer_.npos ? end : end - begin_);
   begin_ = end == buffer_.npos ? buffer_.size() : end + 1;
   searched_ = begin_;
@@ -50,6 +52,7 @@ bool LineReader::Fill() {
   searched_ -= begin_;
   begin_ = 0;
   if (beforeWait_ && !InputWaiting()) beforeWait_();
+  if (!Interrupt::WaitForInput(file_)) return false;
   const std::size_t kept = buffer_.size();
   buffer_.resize(kept + kBlock);
   ssize_t count = 0;
@@ -74,6 +77,7 @@ std::string ReadFile(const std::string& path) {
   LineReader reader(path);
   std::string text;
   for (std::string line; reader.Next(line);) text.append(line).append("\n");
+  Interrupt::EndIfAsked();
   return text;
 }
 

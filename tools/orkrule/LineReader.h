@@ -1,7 +1,10 @@
 // Lines of any length from a file or a pipe. A pipe may be a conversation: who talks to the tool
 // waits for an answer before he writes on. So the reader tells before it waits for more input, and
-// the output is flushed then; a stream of input is answered in large blocks.
+// the output is flushed then; a stream of input is answered in large blocks. Who asks the process
+// to end (`Interrupt`) ends the reading: there is no next line then.
 #pragma once
+
+#include "Interrupt.h"
 
 #include <cstddef>
 #include <functional>
@@ -21,8 +24,8 @@ class LineReader {
   /// Is called before the reader waits for input that is not there yet.
   void set_beforeWait(std::function<void()> action) { beforeWait_ = std::move(action); }
 
-  /// Reads the next line without its line feed; false at the end. Throws `Failure` where reading
-  /// fails.
+  /// Reads the next line without its line feed; false at the end, and when the process was asked to
+  /// end. Throws `Failure` where reading fails.
   bool Next(std::string& line);
 
   /// Number of the line that was read last, from 1.
@@ -34,6 +37,7 @@ class LineReader {
   bool InputWaiting() const;
   [[noreturn]] void Fail(const char* what) const;
 
+  Interrupt interrupt_;
   std::string name_;
   int file_ = 0;
   bool owned_ = false;
@@ -44,7 +48,8 @@ class LineReader {
   std::function<void()> beforeWait_;
 };
 
-/// The whole of a file. Throws `Failure` where it cannot be read.
+/// The whole of a file, or the end of the process if it was asked to end. Throws `Failure` where it
+/// cannot be read.
 std::string ReadFile(const std::string& path);
 
 }  // namespace ORKTOOL

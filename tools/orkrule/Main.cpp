@@ -1,5 +1,6 @@
 // orkrule: the rule engine on the command line.
 #include "Commands.h"
+#include "Interrupt.h"
 
 #include <clocale>
 #include <csignal>
@@ -53,13 +54,19 @@ int Run(int argc, char** argv) {
   return status;
 }
 
-}  // namespace
+/// Ends as a program does that the signal ended by itself, which shells know: 141.
+int EndByClosedPipe() {
+  std::signal(SIGPIPE, SIG_DFL);
+  std::raise(SIGPIPE);
+  return kInputOutput;  // somebody keeps that signal away
+}
 
-int main(int argc, char** argv) {
-  TakeLocale();
-  std::signal(SIGPIPE, SIG_IGN);
+/// The exit status of the run, with its failures told.
+int RunAndTell(int argc, char** argv) {
   try {
     return Run(argc, argv);
+  } catch (const ClosedPipe&) {
+    return EndByClosedPipe();
   } catch (const Failure& failure) {
     std::fprintf(stderr, "orkrule: %s\n", failure.message.c_str());
     return failure.status;
@@ -67,4 +74,15 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "orkrule: %s\n", error.what());
     return kInputOutput;
   }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  TakeLocale();
+  std::signal(SIGPIPE, SIG_IGN);  // a run that writes elsewhere too ends in order
+  const int status = RunAndTell(argc, argv);
+  std::fflush(stdout);
+  Interrupt::EndIfAsked();
+  return status;
 }

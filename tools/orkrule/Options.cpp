@@ -1,6 +1,7 @@
 #include "Options.h"
 
 #include "Output.h"
+#include "TerminalInput.h"
 #include "Text.h"
 
 #include "OrkPlatform.h"
@@ -103,6 +104,7 @@ void AddRuleOptions(CLI::App& command, RuleOptions& options) {
                 "Lines are JSON: a text, or an object with \"expression\" and perhaps \"type\"")
       ->excludes(rule);
   command.add_flag("--json", options.json, "Write one JSON object a rule");
+  RefuseMuteWait(command, options, "rule");
 }
 
 void AddDocumentOptions(CLI::App& command, RuleOptions& options) {
@@ -116,6 +118,7 @@ void AddDocumentOptions(CLI::App& command, RuleOptions& options) {
                 "Lines are JSON: a text, or an object with \"document\"")
       ->excludes(document);
   command.add_flag("--json", options.json, "Write one JSON object a document");
+  RefuseMuteWait(command, options, "document");
 }
 
 void AddTypeOption(CLI::App& command, RuleOptions& options) {

@@ -21,10 +21,13 @@ struct Failure {
   std::string message;
 };
 
+/// Thrown where nobody reads the output any more, as behind `| head`: no failure of the run.
+struct ClosedPipe {};
+
 /// JSON whose members keep the order in which they were set.
 using Json = nlohmann::ordered_json;
 
-/// Writes to standard output. Throws `Failure` where that is not possible.
+/// Writes to standard output. Throws `Failure` where that is not possible, and `ClosedPipe`.
 void Print(std::string_view text);
 /// Writes one JSON value as one line.
 void PrintJson(const Json& value);
