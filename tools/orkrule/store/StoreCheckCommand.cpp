@@ -80,7 +80,7 @@ void AddStoreCheckCommand(CLI::App& store, ExitStatus& status) {
   AddStoreOptions(*command, options->store);
   command->footer(
       "Example:\n  orkrule store check --store examples/rules.db --db examples/shop.db \\\n"
-      "    --select \"select id, type, expression, document from rules\"");
+      "    --select \"select * from rules\"");
   command->callback([options, &status] { status = StoreCheckRun(*options).All(); });
 }
 

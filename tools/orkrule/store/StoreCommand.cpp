@@ -16,7 +16,7 @@ void AddStoreCommand(CLI::App& tool, ExitStatus& status) {
   AddStoreUsesCommand(*command, status);
   command->footer(
       "Example:\n  orkrule store check --store examples/rules.db --db examples/shop.db \\\n"
-      "    --select \"select id, type, expression, document from rules\"");
+      "    --select \"select * from rules\"");
 }
 
 }  // namespace ORKTOOL

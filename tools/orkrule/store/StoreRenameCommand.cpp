@@ -103,11 +103,11 @@ void AddStoreRenameCommand(CLI::App& store, ExitStatus& status) {
       ->group("Writing back");
   command->footer(
       "Example:\n  orkrule store rename --store examples/rules.db --db examples/shop.db \\\n"
-      "    --select \"select id, type, expression, document from rules\" \\\n"
+      "    --select \"select * from rules\" \\\n"
       "    --tables Orders:Sales --fields Orders.Qty:Pieces\n"
       "and, to write it:\n"
-      "    --apply --update \"update rules set expression = :expression, document = :document \\\n"
-      "    where id = :id\"");
+      "    --apply --update \"update rules set expression = :expression, document = :document, \\\n"
+      "    sql_oracle = :sql_oracle where id = :id\"");
   command->callback([options, &status] { status = RunStoreRename(*options); });
 }
 
@@ -120,7 +120,7 @@ void AddStoreStripCommand(CLI::App& store, ExitStatus& status) {
   AddWriteOptions(*command, options->change.writing);
   command->footer(
       "Example:\n  orkrule store strip --store examples/rules.db --db examples/shop.db \\\n"
-      "    --select \"select id, type, expression, document from rules\" --tables Lines");
+      "    --select \"select * from rules\" --tables Lines");
   command->callback([options, &status] { status = RunStoreStrip(*options); });
 }
 

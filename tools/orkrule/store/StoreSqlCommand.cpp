@@ -180,7 +180,7 @@ void AddStoreSqlCommand(CLI::App& store, ExitStatus& status) {
   AddWriteOptions(*command, options->writing);
   command->footer(
       "Example:\n  orkrule store sql --store examples/rules.db --db examples/shop.db \\\n"
-      "    --select \"select id, type, expression from rules\" --dialect oracle,kingbase\n"
+      "    --select \"select * from rules\" --dialect oracle,kingbase\n"
       "and, to write it:\n"
       "    --apply --update \"update rules set sql_oracle = :sql_oracle where id = :id\"");
   command->callback([options, &status] {

@@ -67,7 +67,6 @@ class Streaming {
       bytesOnTheWay_ -= bytes_.front();
       bytes_.pop_front();
       end_.rows += done.tally.rules;
-      if (!done.out.empty() || !done.lines.empty()) Progress::Clear();
       take(done);
       progress_.Show(end_.rows);
       isLost = !done.failure.empty();

@@ -237,7 +237,7 @@ void AddStoreUsesCommand(CLI::App& store, ExitStatus& status) {
   AddStoreOptions(*command, options->store);
   command->footer(
       "Example:\n  orkrule store uses --store examples/rules.db --db examples/shop.db \\\n"
-      "    --select \"select id, expression from rules\" --field Orders.Amount");
+      "    --select \"select * from rules\" --field Orders.Amount");
   command->callback([options, &status] { status = StoreUsesRun(*options).All(); });
 }
 
