@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""Runs every `$ orkrule ...` line of a Markdown file and compares what it prints with what follows
+"""Runs every `$ ` line of a Markdown file and compares what it prints with what follows
 the line there, up to the next command or the end of the block.
 
-Usage: readme_commands.py TOOL_FOLDER SOURCE_FOLDER FILE.md
+They run in a folder with the sample databases, in the locale that LANG names.
+
+Usage: readme_commands.py TOOL_FOLDER SOURCE_FOLDER FILE.md LANG
 """
 
 import os
@@ -23,22 +25,24 @@ def commands(text):
             command, expected = None, []
         if fence:
             inside = not inside
-        elif inside and line.startswith("$ orkrule "):
+        elif inside and line.startswith("$ "):
             command, start = line[2:], number
         elif inside and command:
             expected.append(line + "\n")
 
 
 def main():
-    tools, source, file = sys.argv[1:4]
-    environment = {"PATH": tools + os.pathsep + os.environ["PATH"], "LC_ALL": "C"}
-    for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"):
+    tools, source, file, locale = sys.argv[1:5]
+    environment = {"PATH": tools + os.pathsep + os.environ["PATH"], "LANG": locale}
+    for name in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "LOCPATH"):
         if name in os.environ:
             environment[name] = os.environ[name]
     count = failed = 0
     with tempfile.TemporaryDirectory() as folder:
         pathlib.Path(folder, "examples").mkdir()
         subprocess.run([f"{source}/scripts/make_sample_db.sh", f"{folder}/examples/shop.db"], check=True)
+        subprocess.run([f"{source}/scripts/make_sample_store.sh", f"{folder}/examples/rules.db",
+                        f"{tools}/orkrule"], check=True)
         for line, command, expected in commands(pathlib.Path(file).read_text(encoding="utf-8")):
             run = subprocess.run(["bash", "-c", command], cwd=folder, env=environment, check=False,
                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
