@@ -110,6 +110,24 @@ TEST(StoreCheck, ReadsRulesInTheirOwnLanguage) {
   }
 }
 
+TEST(StoreCheck, KnowsCadDocumentsByThePathAndNameOfTheirFiles) {
+  const std::string path = ORKRULE_SOURCE_DIR "/examples/drawing.xml";
+  // The drawing knows this field as a text; without it nobody knows its type.
+  const StoreFile store("insert into rules (id, type, name) values (1, 'logic', '" + path +
+                        "'), (2, 'logic', 'drawing.xml'), (3, 'logic', 'drawing '), (4, 'logic', "
+                        "null), (5, 'logic', 'nowhere'), (6, 'logic', ''); "
+                        "update rules set expression = 'thisDoc.TitleBlock.MadeOn = 1'");
+  const ToolResult result = store.Tool("check", {"--json", "--cax", "1=" + path},
+                                       "select id, type, expression, name as cax from rules");
+  std::string states;
+  for (const auto& line : result.Json()) {
+    if (line.contains("id")) states += line["id"].dump() + " " + line["state"].dump() + "\n";
+  }
+  EXPECT_EQ(states,
+            "1 \"refused\"\n2 \"refused\"\n3 \"refused\"\n4 \"refused\"\n"
+            "5 \"unreadable\"\n");
+}
+
 TEST(StoreCheck, GivesTheSameBytesWithAnyNumberOfJobs) {
   const StoreFile store(ManyRules(500) +
                         "update rules set expression = replace(expression, "

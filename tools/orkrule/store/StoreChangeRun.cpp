@@ -61,13 +61,15 @@ ExitStatus StoreChangeRun::All() {
       return kDone;
     }
   }
-  const StreamEnd end = session_.All([this](std::size_t worker, const ORKDB::StoreRow& row,
-                                            RowsDone& done) { One(worker, row, done); },
-                                     tally_,
-                                     [this](RowsDone& done) {
-                                       for (const ORKDB::StoreChange& change : done.changes)
-                                         writer_->Add(change);
-                                     });
+  const auto work = [this](std::size_t worker, const ORKDB::StoreRow& row, RowsDone& done) {
+    One(worker, row, done);
+  };
+  const auto collect = [this](RowsDone& done) {
+    for (const ORKDB::StoreChange& change : done.changes) {
+      writer_->Add(change);
+    }
+  };
+  const StreamEnd end = session_.All(work, tally_, collect);
   if (!end.IsComplete() || !writer_) {
     ShowSummary(end, nullptr);
     ReportEnd(end, options_.writing.apply ? "nothing was written" : "");

@@ -147,7 +147,7 @@ void StoreReader::Close() {
 
 StreamEnd StreamRows(StoreReader& reader, std::size_t workers, const RowWork& work,
                      const std::function<void(RowsDone& done)>& take) {
-  const StreamEnd end = Streaming(reader, workers, work).All(take);
+  StreamEnd end = Streaming(reader, workers, work).All(take);
   reader.Close();
   return end;
 }

@@ -115,7 +115,7 @@ const std::u16string* StoreWriter::NewText(const Bound& bound, const ORKBASE::St
 /// What stays as it was is bound as it was read, so that a number in a column of texts stays one.
 ORKDB::StoreValue StoreWriter::ValueOf(const Bound& bound, const ORKDB::StoreRow& row,
                                        const ORKBASE::StoredRule& after) {
-  const ORKDB::StoreValue read = bound.column ? row[*bound.column] : ORKDB::StoreValue();
+  ORKDB::StoreValue read = bound.column ? row[*bound.column] : ORKDB::StoreValue();
   const std::u16string* const text = NewText(bound, after);
   if (text == nullptr || TextOfValue(read) == *text) return read;
   return *text;
