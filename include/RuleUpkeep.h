@@ -104,8 +104,8 @@ struct UpkeepFinding {
 struct UpkeepResult {
   /// The worst comes first: its state is the state of the rule. None: it is well.
   std::vector<UpkeepFinding> findings;
-  /// The rule as it is to be kept: the same where nothing changes. Its document and SQL are there
-  /// where the stored rule has them.
+  /// The rule as the store is to have it, the same where nothing changes. Its document and SQL are
+  /// there where the stored rule has them.
   StoredRule after;
   bool changes = false;   ///< `after` differs from what is stored
   bool mayWrite = false;  ///< nothing speaks against writing it

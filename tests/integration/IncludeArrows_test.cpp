@@ -53,10 +53,14 @@ bool BeginsWithOneOf(const std::string& name, const std::vector<std::string>& be
   return std::ranges::any_of(beginnings, [&](auto& b) { return name.starts_with(b); });
 }
 
+// What stands beside a file, the exported headers, and for a folder of the tool the tool's own.
 bool OursMayBeIncluded(const std::string& name, const fs::path& folder, const Allowed& allowed) {
   const auto slash = name.find('/');
-  if (slash == std::string::npos)
-    return fs::exists(folder / name) || fs::exists(kSource / "include" / name);
+  if (slash == std::string::npos) {
+    return fs::exists(folder / name) || fs::exists(kSource / "include" / name) ||
+           (folder.parent_path() == kSource / "tools" / "orkrule" &&
+            fs::exists(folder.parent_path() / name));
+  }
   const std::string other = name.substr(0, slash);
   return other == folder.filename() || std::ranges::count(allowed.ours, other) != 0;
 }

@@ -53,20 +53,26 @@ class Pipe {
 
 struct Command {
   std::vector<std::string> arguments;
-  std::string line;    // a line of its input
-  std::string answer;  // to that line
+  std::string line;       // a line of its input
+  std::string answer;     // to that line
+  std::string told = "";  // what is told at the end, up to the number of lines
 };
 
 const Command kCommands[] = {
     // clang-format off
     {{"sql"},                   "1 + 2",                "1 + 2"},
-    {{"sql", "--json"},         "1 + 2",                R"({"rule":"1 + 2","dialect":"default","sql":"1 + 2"})"},
+    {{"sql", "--json"},         "1 + 2",                R"({"expression":"1 + 2","dialect":"default","sql":"1 + 2"})"},
     {{"format"},                "1+2",                  "1 + 2"},
     {{"uses", "--tables", "T"}, "T.a",                  "yes"},
     {{"batch"},                 R"({"op":"new","id":1})", R"({"id":1,"errNumber":0,"errDescription":""})"},
-    {{"rename"},                "1 + 2",                "1 + 2"},
+    {{"rename"},                "1 + 2",                "1 + 2", "orkrule: renamed 0 of "},
     // clang-format on
 };
+
+/// How many rules were done is told where the command tells it at all; nothing else is.
+bool Tells(const Command& command, const std::string& text) {
+  return command.told.empty() ? text.empty() : text.starts_with(command.told);
+}
 
 TEST(AskedToEnd, HandsOverWhatItAnsweredAndEndsByTheSignal) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
@@ -83,7 +89,7 @@ TEST(AskedToEnd, HandsOverWhatItAnsweredAndEndsByTheSignal) {
       kill(process, signal);
       EXPECT_EQ(ShellStatusOf(process), 128 + signal) << command.arguments.front();
       EXPECT_EQ(answers + out.ReadAll(), command.answer + "\n" + command.answer + "\n");
-      EXPECT_EQ(err.ReadAll(), "");
+      EXPECT_TRUE(Tells(command, err.ReadAll())) << command.arguments.front();
     }
   }
 }
@@ -130,7 +136,7 @@ TEST_F(Ending, InTheMiddleOfItsWorkIsBehindAWholeLine) {
     for (std::size_t at = 0; at < answers.size(); at += line.size()) {
       ASSERT_EQ(answers.compare(at, line.size(), line), 0) << command.arguments.front();
     }
-    EXPECT_EQ(err.ReadAll(), "");
+    EXPECT_TRUE(Tells(command, err.ReadAll())) << command.arguments.front();
   }
 }
 

@@ -233,7 +233,7 @@ TEST(Store, EndsWithWhatWentWrong) {
       {0, {"store", "check", "--help"}, ""},
       {0, {"store", "check", "--store", at, "--select", kSelectRules}, ""},
       {0, {"store", "check", "--store", "sqlite:" + at, "--select", kSelectRules}, ""},
-      {2, {"store"}, "subcommand"},
+      {2, {"store"}, "a command is missing"},
       {2, {"store", "nonsense"}, ""},
       {2, {"store", "check", "--select", kSelectRules}, "--store"},
       {2, {"store", "check", "--store", at}, "--select"},
