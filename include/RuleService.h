@@ -64,7 +64,7 @@ class ORKRULE_EXPORT RuleService {
   /// gets each in its turn, in the thread that asks. Requests that only read are answered by all
   /// threads of the service at once, in the language and the locale of the thread that asks. One
   /// that changes something, and one that has to load a table, waits for those before it and is
-  /// waited for. About 16 MiB of answers are made before their turn. What `take` throws ends the
+  /// waited for. About 4 MiB of answers are made before their turn. What `take` throws ends the
   /// list; no request behind the answer that it was given has changed anything then.
   void AnswerEach(std::span<const std::string_view> requests,
                   const std::function<void(RuleAnswer answer)>& take);

@@ -9,7 +9,7 @@ namespace ORKBASE {
 namespace {
 
 /// How much may wait to be taken before the crew waits too.
-constexpr std::size_t kMostHeld = std::size_t{16} << 20;
+constexpr std::size_t kMostHeld = std::size_t{4} << 20;
 
 }  // namespace
 
@@ -47,7 +47,7 @@ void Crew::Start(std::size_t count) {
     settings_ = ThreadSettings();
     ++list_;
     count_ = count;
-    next_ = held_ = known_ = 0;
+    next_ = held_ = known_ = whole_ = awaited_ = 0;
     fault_ = nullptr;
     halt_ = count;
   }
@@ -58,11 +58,17 @@ bool Crew::WaitFor(std::size_t item) {
   if (item < known_) return true;
   const std::size_t block = item / kBlock;
   std::unique_lock lock(mutex_);
+  awaited_ = std::min(block + kLot, done_.size());
   forResults_.wait(lock, [&] {
-    return done_[block] || (active_ == 0 && std::min(halt_.load(), count_) <= next_);
+    const bool isIdle = active_ == 0 && std::min(halt_.load(), count_) <= next_;
+    return isIdle || IsLotDone() || (whole_ > block && held_ > kMostHeld / 2);
   });
-  if (done_[block]) known_ = (block + 1) * kBlock;
-  return done_[block];
+  known_ = whole_ * kBlock;
+  return whole_ > block;
+}
+
+bool Crew::IsLotDone() const noexcept {
+  return whole_ >= awaited_;
 }
 
 void Crew::Took(std::size_t bytes) {
@@ -132,14 +138,17 @@ void Crew::Do(std::size_t worker, std::size_t first, Manner& manner) {
 }
 
 void Crew::HandIn(std::size_t first, std::size_t bytes, std::exception_ptr fault) {
+  bool isAwaited = false;
   {
     const std::lock_guard lock(mutex_);
     --active_;
     held_ += bytes;
     done_[first / kBlock] = true;
+    while (whole_ < done_.size() && done_[whole_]) ++whole_;
     if (fault && !fault_) fault_ = std::move(fault);
+    isAwaited = IsLotDone() || active_ == 0 || held_ > kMostHeld / 2;
   }
-  forResults_.notify_one();
+  if (isAwaited) forResults_.notify_one();
 }
 
 }  // namespace ORKBASE

@@ -44,6 +44,9 @@ class Crew {
 
  private:
   static constexpr std::size_t kBlock = 16;  // items that a worker takes at once
+  // Blocks that are waited for at once: who takes results has no core of his own, and each time he
+  // wakes up a worker gives way.
+  static constexpr std::size_t kLot = 16;
 
   /// The settings that a worker has taken over, and for which list.
   struct Manner {
@@ -57,6 +60,7 @@ class Crew {
   void Do(std::size_t worker, std::size_t first, Manner& manner);
   void HandIn(std::size_t first, std::size_t bytes, std::exception_ptr fault);
   bool CanClaim() const noexcept;
+  bool IsLotDone() const noexcept;
   void EndThreads() noexcept;
 
   const Work work_;
@@ -68,10 +72,12 @@ class Crew {
   ThreadSettings settings_;
   std::size_t list_ = 0;  // number of the list
   std::size_t count_ = 0;
-  std::size_t next_ = 0;    // the first item that nobody has claimed
-  std::size_t active_ = 0;  // workers with a block
-  std::size_t held_ = 0;    // bytes that wait to be taken
-  std::vector<bool> done_;  // blocks
+  std::size_t next_ = 0;     // the first item that nobody has claimed
+  std::size_t active_ = 0;   // workers with a block
+  std::size_t held_ = 0;     // bytes that wait to be taken
+  std::vector<bool> done_;   // blocks
+  std::size_t whole_ = 0;    // blocks that are done, with all before them
+  std::size_t awaited_ = 0;  // so many of these wake up who waits for results
   std::exception_ptr fault_;
   bool isOver_ = false;
 

@@ -11,7 +11,7 @@ namespace ORKBASE {
 namespace {
 
 /// How many requests the crew gets at once.
-constexpr std::size_t kMostBeside = 2048;
+constexpr std::size_t kMostBeside = 16384;
 /// How far the crew goes on behind a call that asks the database, which may make it all void.
 constexpr std::size_t kAhead = 256;
 /// Where calls that only read stand alone, so many requests are answered without the crew.

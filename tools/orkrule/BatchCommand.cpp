@@ -24,6 +24,14 @@ void HintAtTerminal() {
       "Ctrl-D at the beginning of a line ends.\n");
 }
 
+constexpr std::size_t kBufferBytes = std::size_t{1} << 16;
+
+/// Memory for standard output, which uses it to the end of the process.
+char* Buffer() {
+  static char buffer[kBufferBytes];
+  return buffer;
+}
+
 struct BatchOptions {
   bool flush = false;
   std::size_t jobs = 1;
@@ -37,7 +45,7 @@ class LineBlock {
   /// Reads a line, and more of them that need not be waited for; false at the end. Blank lines are
   /// passed over.
   bool Read(LineReader& input, std::size_t mostLines) {
-    constexpr std::size_t kMostBytes = std::size_t{1} << 20;
+    constexpr std::size_t kMostBytes = std::size_t{4} << 20;
     count_ = 0;
     std::size_t bytes = 0;
     while (count_ < mostLines && bytes < kMostBytes) {
@@ -90,8 +98,8 @@ class BatchRun {
         service_(options.jobs) {}
 
   ExitStatus Run() {
-    constexpr std::size_t kMostLines = 4096;
-    if (!flushEach_) std::setvbuf(stdout, nullptr, _IOFBF, std::size_t{1} << 16);
+    constexpr std::size_t kMostLines = 16384;
+    if (!flushEach_) std::setvbuf(stdout, Buffer(), _IOFBF, kBufferBytes);
     HintAtTerminal();
     LineReader input("-");
     input.set_beforeWait(FlushOutput);
