@@ -59,8 +59,9 @@ std::string OptionName(const CLI::Option& option) {
 std::string OptionText(const CLI::Option& option) {
   std::string text = option.get_description();
   if (option.get_required()) text += " (required)";
-  if (!option.get_envname().empty())
+  if (!option.get_envname().empty()) {
     text += " (default: the variable " + option.get_envname() + ")";
+  }
   const std::string value = option.get_default_str();
   if (!value.empty() && value != "\"\"" && value != "[]") text += " (default: " + value + ")";
   return text;

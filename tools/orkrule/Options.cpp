@@ -93,6 +93,7 @@ void CheckLanguage(const std::u16string& tag) {
   const std::vector<std::u16string> known = ORKBASE::MessageLanguages();
   if (tag.empty() || known.empty() || ORKBASE::HasMessageLanguage(tag)) return;
   std::vector<std::string> tags;
+  tags.reserve(known.size());
   for (const std::u16string& each : known) tags.push_back(ToUtf8(each));
   PrintError("orkrule: warning: there are no texts in the language \"" + ToUtf8(tag) +
              "\", but in " + Joined(tags, ", ") + "\n");

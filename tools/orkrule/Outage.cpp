@@ -15,7 +15,7 @@ void AskedForRule() noexcept {
 }
 
 std::string OutageText(const Outage& outage) {
-  const std::string text = "the database gives no answer: " + outage.text;
+  std::string text = "the database gives no answer: " + outage.text;
   if (askedFor == 0) return text;
   const std::size_t done = askedFor - 1;
   return text + "\n  " + std::to_string(done) + (done == 1 ? " rule is" : " rules are") +

@@ -4,6 +4,7 @@
 // already is found by the second verification.
 #include "Commands.h"
 #include "Engine.h"
+#include "Interrupt.h"
 #include "NameCase.h"
 #include "RenameLists.h"
 #include "Report.h"
@@ -81,6 +82,7 @@ class RenameRun {
 
   static std::vector<std::u16string> OldNames(const std::vector<NewName>& names) {
     std::vector<std::u16string> olds;
+    olds.reserve(names.size());
     for (const NewName& name : names) olds.push_back(name.from);
     return olds;
   }
@@ -112,6 +114,7 @@ class RenameRun {
       throw Failure{kBadUsage, ToUtf8(engine.errDescription())};
     }
     for (const Rule& rule : rules) {
+      if (Interrupt::IsAsked()) break;
       if (answers_.IsUnreadable(rule)) continue;
       RenamedRule renamed = Renamed(rule);
       if (!renamed.refusal) Verify(rule, renamed);
@@ -142,7 +145,8 @@ class RenameRun {
     for (const CaseDifference& each : renamed.left) PrintError(CaseNotice(rule, each, "was left"));
   }
 
-  /// Of a rule that is refused under its new names too the new text is told, which the places are of.
+  /// Of a rule that is refused under its new names too the new text is told, which the places are
+  /// of.
   void Record(const Rule& rule, const RenamedRule& renamed) const {
     Json json = RuleMember(options_.rules, renamed.text);
     json["original"] = ToUtf8(rule.text);

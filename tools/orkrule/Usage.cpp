@@ -20,6 +20,7 @@ std::vector<const CLI::App*> PathOf(const CLI::App& tool) {
 
 std::string PathText(const std::vector<const CLI::App*>& path) {
   std::vector<std::string> names;
+  names.reserve(path.size());
   for (const CLI::App* app : path) names.push_back(app->get_name());
   return Joined(names, " ");
 }
@@ -114,6 +115,7 @@ std::vector<const CLI::App*> ShownCommands(const CLI::App& app) {
 
 std::vector<std::string> NamesOf(const std::vector<const CLI::App*>& commands) {
   std::vector<std::string> names;
+  names.reserve(commands.size());
   for (const CLI::App* command : commands) names.push_back(command->get_name());
   return names;
 }
