@@ -22,8 +22,8 @@ struct RuleDialect {
 /// All of them, each once; the first is the one that serves a number that has none.
 ORKRULE_EXPORT std::span<const RuleDialect> RuleDialects();
 
-/// The dialect of a name or other name in any case, or null; blanks, hyphens, underscores and slashes
-/// within it do not count. Never freed by the caller.
+/// The dialect of a name or other name in any case, or null; blanks, hyphens, underscores and
+/// slashes within it do not count. Never freed by the caller.
 ORKRULE_EXPORT const RuleDialect* FindRuleDialect(std::u16string_view name);
 
 }  // namespace ORKBASE

@@ -73,8 +73,8 @@ TEST(Dialects, AreFoundByTheirNamesInAnyCase) {
       EXPECT_EQ(found->number, row.number) << U8(name);
     }
   }
-  for (const char16_t* name :
-       {u"", u" ", u"/", u" oracle", u"oracle-", u"oracle,plsql", u"sqlserver,mssql", u"orac", u"mysql", u",", u"all"}) {
+  for (const char16_t* name : {u"", u" ", u"/", u" oracle", u"oracle-", u"oracle,plsql",
+                               u"sqlserver,mssql", u"orac", u"mysql", u",", u"all"}) {
     EXPECT_EQ(FindRuleDialect(name), nullptr) << U8(name);
   }
 }
