@@ -53,7 +53,7 @@ std::string Bash(std::vector<std::string> words) {
                              Quoted(ORKRULE_TOOL) +
                              "\n"
                              "((${#COMPREPLY[@]})) && printf '%s\\n' \"${COMPREPLY[@]}\"; true\n";
-  return OutputOf("bash --norc --noprofile -c " + Quoted(script));
+  return OutputOf("LC_ALL=C bash --norc --noprofile -c " + Quoted(script));
 }
 
 TEST(Completion, InBashKnowsCommandsOptionsAndValues) {
@@ -180,7 +180,7 @@ TEST(Completion, InZshOffersWhatTheToolFinds) {
         "CURRENT=$#words\n"
         "unset ORKRULE_DB\n"
         "_orkrule\n";
-    return OutputOf("zsh -f -c " + Quoted(script));
+    return OutputOf("LC_ALL=C zsh -f -c " + Quoted(script));
   };
   EXPECT_EQ(zsh({"ver"}), "verify\n");
   EXPECT_EQ(zsh({"sql", "--type=n"}), "--type=number\n");
