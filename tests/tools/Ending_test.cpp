@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -112,6 +113,23 @@ class EndlessInput {
   std::thread thread_;
 };
 
+/// The tool at work on input without an end.
+struct EndlessRun {
+  explicit EndlessRun(const Command& command)
+      : process(StartTool(command.arguments, in.Out(), out.In(), err.In())) {
+    in.CloseOut();
+    out.CloseIn();
+    err.CloseIn();
+    input.emplace(in, command.line);
+  }
+
+  Pipe in;
+  Pipe out;
+  Pipe err;
+  int process;
+  std::optional<EndlessInput> input;
+};
+
 class Ending : public testing::Test {
  protected:
   void SetUp() override { signal(SIGPIPE, SIG_IGN); }
@@ -119,41 +137,27 @@ class Ending : public testing::Test {
 
 TEST_F(Ending, InTheMiddleOfItsWorkIsBehindAWholeLine) {
   for (const Command& command : kCommands) {
-    Pipe in;
-    Pipe out;
-    Pipe err;
-    const int process = StartTool(command.arguments, in.Out(), out.In(), err.In());
-    in.CloseOut();
-    out.CloseIn();
-    err.CloseIn();
-    const EndlessInput input(in, command.line);
-    std::string answers = out.ReadSome();
-    kill(process, SIGINT);
-    answers += out.ReadAll();
-    EXPECT_EQ(ShellStatusOf(process), 128 + SIGINT) << command.arguments.front();
+    EndlessRun run(command);
+    std::string answers = run.out.ReadSome();
+    kill(run.process, SIGINT);
+    answers += run.out.ReadAll();
+    EXPECT_EQ(ShellStatusOf(run.process), 128 + SIGINT) << command.arguments.front();
     const std::string line = command.answer + "\n";
     ASSERT_EQ(answers.size() % line.size(), 0u) << command.arguments.front();
     for (std::size_t at = 0; at < answers.size(); at += line.size()) {
       ASSERT_EQ(answers.compare(at, line.size(), line), 0) << command.arguments.front();
     }
-    EXPECT_TRUE(Tells(command, err.ReadAll())) << command.arguments.front();
+    EXPECT_TRUE(Tells(command, run.err.ReadAll())) << command.arguments.front();
   }
 }
 
 TEST_F(Ending, IsSilentWhereNobodyReadsOn) {
   for (const Command& command : kCommands) {
-    Pipe in;
-    Pipe out;
-    Pipe err;
-    const int process = StartTool(command.arguments, in.Out(), out.In(), err.In());
-    in.CloseOut();
-    out.CloseIn();
-    err.CloseIn();
-    const EndlessInput input(in, command.line);
-    EXPECT_TRUE(out.ReadSome().starts_with(command.answer + "\n"));
-    out.CloseOut();
-    EXPECT_EQ(ShellStatusOf(process), 128 + SIGPIPE) << command.arguments.front();
-    EXPECT_EQ(err.ReadAll(), "");
+    EndlessRun run(command);
+    EXPECT_TRUE(run.out.ReadSome().starts_with(command.answer + "\n"));
+    run.out.CloseOut();
+    EXPECT_EQ(ShellStatusOf(run.process), 128 + SIGPIPE) << command.arguments.front();
+    EXPECT_EQ(run.err.ReadAll(), "");
   }
 }
 

@@ -1,11 +1,12 @@
 // `orkrule store rename` and `orkrule store strip`: rules of a store follow their tables and
 // fields.
+#include "RenameLists.h"
 #include "StoreChangeRun.h"
 #include "StoreCommands.h"
+#include "Text.h"
 
 #include <cstdlib>
 #include <memory>
-#include <sstream>
 
 namespace ORKTOOL {
 namespace {
@@ -17,15 +18,11 @@ struct StoreRenameOptions {
   std::string fields;
 };
 
-/// Each piece has an old and a new name; that of a field has its table before it.
+/// As `rename` reads them; in a store no name is emptied.
 std::string CheckPairs(const std::string& list, bool fields) {
-  std::istringstream stream(list);
-  for (std::string piece; std::getline(stream, piece, ',');) {
-    const std::string old = piece.substr(0, piece.find(':'));
-    const bool isPair = !old.empty() && old.size() + 1 < piece.size();
-    const bool hasTable = old.find('.') != old.npos;
-    if (isPair && (hasTable || !fields)) continue;
-    return "'" + piece + "' is not of the form " + (fields ? "TABLE.OLD:NEW" : "OLD:NEW");
+  for (const NewName& name : ReadNewNames(Wide(list), fields)) {
+    const bool isPair = !name.from.empty() && !name.to.empty();
+    if (!isPair) return "'" + ToUtf8(ListOf({name})) + "' has an empty name";
   }
   return "";
 }
